@@ -1,3 +1,6 @@
+# Names of tests begin with the folder of the build, as in "m32.core.Bag.grows", so that one run
+# of ctest over several builds tells them apart.
+#
 # add_cc_test(NAME name SOURCES source... [INTERNAL] [LIBRARIES library...])
 #
 # A program of tests whose cases ctest runs one by one. It links the shared library as a
@@ -6,8 +9,11 @@
 
 include(GoogleTest)
 
+cmake_path(GET PROJECT_BINARY_DIR FILENAME CC_BUILD_NAME)
+
 function(add_cc_test)
   cmake_parse_arguments(PARSE_ARGV 0 arg "INTERNAL" "NAME" "SOURCES;LIBRARIES")
+  string(REGEX REPLACE "_tests?$" "" folder "${arg_NAME}")
   add_executable(${arg_NAME} ${arg_SOURCES})
   target_link_libraries(${arg_NAME} PRIVATE cc_flags ${arg_LIBRARIES})
   if(arg_INTERNAL)
@@ -24,5 +30,17 @@ function(add_cc_test)
   gtest_discover_tests(
     ${arg_NAME}
     DISCOVERY_MODE PRE_TEST
+    TEST_PREFIX "${CC_BUILD_NAME}.${folder}."
     PROPERTIES TIMEOUT 120 ENVIRONMENT "COMMON_CORE_ETC_DIR=${CC_LNG_DIR}")
+endfunction()
+
+# add_cc_script(name command...) makes a test of a command, told where everything is.
+function(add_cc_script name)
+  add_test(NAME ${CC_BUILD_NAME}.${name} COMMAND ${ARGN})
+  set_property(
+    TEST ${CC_BUILD_NAME}.${name}
+    PROPERTY ENVIRONMENT "CC_SOURCE_DIR=${PROJECT_SOURCE_DIR}" "CC_BUILD_DIR=${PROJECT_BINARY_DIR}"
+             "CC_BITS=${CC_BITS}" "CCML=${ccml}" "CCLNG=${cclng}"
+             "COMMON_CORE_ETC_DIR=${CC_LNG_DIR}")
+  set_property(TEST ${CC_BUILD_NAME}.${name} PROPERTY TIMEOUT 120)
 endfunction()

@@ -19,8 +19,8 @@ foreach(document IN LISTS documents)
   set(output "${CC_LNG_DIR}${CMAKE_MATCH_1}.${CMAKE_MATCH_2}.lng")
   add_custom_command(
     OUTPUT "${output}"
-    COMMAND cclng check --reference "${reference}" "${document}"
-    COMMAND cclng compile "${document}" -o "${output}"
+    COMMAND ${CC_RUN} $<TARGET_FILE:cclng> check --reference "${reference}" "${document}"
+    COMMAND ${CC_RUN} $<TARGET_FILE:cclng> compile "${document}" -o "${output}"
     DEPENDS cclng "${document}" "${reference}"
     COMMENT "Checking and compiling dictionary ${file}"
     VERBATIM)
