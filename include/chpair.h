@@ -59,3 +59,7 @@ class COMMON_CORE_API ChPair {
   /// `left` or `right` may be this very slice: `while (list.split(item, ',', list))` walks.
   bool split(ChPair& left, char sep, ChPair& right) const;
 };
+
+#if defined(__i386__)
+static_assert(sizeof(ChPair) == 8);
+#endif
