@@ -13,7 +13,7 @@ import sys
 
 # layer: (what it stands on, the sources that belong to it)
 LAYERS = {
-    "base": ([], ["include/common_core_api.h", "loc/message_numbers.h"]),
+    "base": ([], ["include/common_core_api.h", "loc/message_numbers.h", "core/init_order*"]),
     "paths": (["base"], ["platform/libpaths/*"]),
     "platform": (["base", "paths"], ["platform/*"]),
     "text": (
@@ -23,7 +23,7 @@ LAYERS = {
     ),
     "strings": (["text"], ["*/charr*", "*/chpair*", "*/containers*"]),
     "bag": (["strings"], ["*/bag*"]),
-    "message": (["bag"], ["*/tttproc*"]),
+    "message": (["bag"], ["*/tttproc*", "loc/message_reader*"]),
     "files": (["message"], ["*/fileproc*", "*/ffproc*", "*/utf8io*", "files/*"]),
     "modules": (
         ["files"],

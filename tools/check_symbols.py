@@ -26,7 +26,8 @@ def bits_of(library):
 def exported(library):
     """The set of "library version name" that a library defines for others."""
     soname = ""
-    dynamic = subprocess.run(["readelf", "-dW", library], check=True, capture_output=True, text=True)
+    dynamic = subprocess.run(["readelf", "-dW", library], check=True, capture_output=True,
+                             text=True)
     for line in dynamic.stdout.splitlines():
         if "(SONAME)" in line:
             soname = line.split("[")[1].split("]")[0]
