@@ -1,0 +1,227 @@
+// Tables, searches, comparison, copies and case of byte strings and 16-bit strings.
+//
+// The tables are plain zero-initialised arrays; a static object of the first initialisation
+// priority fills them while the library is being loaded.
+
+#include "charproc.h"
+
+#include <climits>
+#include <cstring>
+#include <new>
+
+#include "core/init_order.h"
+#include "platform/locale.h"
+#include "utf8proc.h"
+
+unsigned char chr_lower_table_ascii[256];
+unsigned char chr_upper_table_ascii[256];
+char chr_types_table_ascii[256];
+unsigned short chr_lower_table_utf16[65536];
+unsigned short chr_upper_table_utf16[65536];
+bool chr_tables_prepare_done;
+const char empty_string[1] = {0};
+const unsigned short empty_string16[1] = {0};
+int processor = 1;
+
+namespace {
+
+unsigned char upper(char c) { return chr_upper_table_ascii[static_cast<unsigned char>(c)]; }
+
+char classOf(int byte) {
+  if (byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n') return 'W';
+  if (cc::locale::isLower(byte)) return 'L';
+  if (cc::locale::isUpper(byte)) return 'U';
+  return byte >= '0' && byte <= '9' ? 'D' : '.';
+}
+
+// An array of `n` elements and a terminator.
+template <class T>
+T* newText(std::size_t n) {
+  if (n >= std::size_t{INT_MAX} / sizeof(T)) throw std::bad_alloc();
+  T* text = new T[n + 1];
+  text[n] = 0;
+  return text;
+}
+
+template <class T>
+T* copyOf(const T* s, std::size_t n) {
+  if (!s) return nullptr;
+  T* copy = newText<T>(n);
+  std::memcpy(copy, s, n * sizeof(T));
+  return copy;
+}
+
+struct TableFiller {
+  TableFiller() { chr_tables_prepare(); }
+};
+__attribute__((init_priority(cc::InitTables))) const TableFiller tableFiller;
+
+}  // namespace
+
+void chr_tables_prepare() {
+  if (strcmp0(cc::locale::characterType(), "C") == 0) {
+    cc::locale::setCharacterTypeFromEnvironment();
+  }
+  cc::locale::setNumericToC();
+  for (int x = 0; x < 256; ++x) {
+    chr_lower_table_ascii[x] = static_cast<unsigned char>(cc::locale::lower(x));
+    chr_upper_table_ascii[x] = static_cast<unsigned char>(cc::locale::upper(x));
+    chr_types_table_ascii[x] = classOf(x);
+  }
+  for (unsigned int u = 0; u < 65536; ++u) {
+    chr_lower_table_utf16[u] = static_cast<unsigned short>(cc::locale::lowerWide(u));
+    chr_upper_table_utf16[u] = static_cast<unsigned short>(cc::locale::upperWide(u));
+  }
+  chr_tables_prepare_done = true;
+}
+
+unsigned int strlen_utf16(const unsigned short* s) {
+  return static_cast<unsigned int>(strchr_utf16(s, 0) - s);
+}
+
+const unsigned short* strchr_utf16(const unsigned short* s, unsigned short c) {
+  for (; *s != c; ++s) {
+    if (*s == 0) return nullptr;
+  }
+  return s;
+}
+
+const char* strbchr(const char* begin, const char* end, char c) {
+  while (end > begin) {
+    if (*--end == c) return end;
+  }
+  return nullptr;
+}
+
+const char* strfind(const char* s, unsigned int n, char c) {
+  return n == 0 ? nullptr : static_cast<const char*>(std::memchr(s, c, n));
+}
+
+const char* strfind(const char* text, unsigned int textLen, const char* pat, unsigned int patLen) {
+  if (!pat || !text || patLen == 0 || textLen == 0) return text + textLen;
+  return static_cast<const char*>(memmem(text, textLen, pat, patLen));
+}
+
+const char* strfind_i_ascii(const char* begin, const char* end, char c) {
+  const unsigned char wanted = upper(c);
+  for (; begin < end; ++begin) {
+    if (upper(*begin) == wanted) return begin;
+  }
+  return nullptr;
+}
+
+const char* strfind_i_ascii(const char* text, unsigned int textLen, const char* pat,
+                            unsigned int patLen) {
+  if (!pat || !text || patLen == 0 || textLen == 0) return text + textLen;
+  if (textLen < patLen) return nullptr;
+  const char* last = text + (textLen - patLen) + 1;
+  for (const char* p = text; (p = strfind_i_ascii(p, last, *pat)) != nullptr; ++p) {
+    if (streq_i_ascii(p, patLen, pat, patLen)) return p;
+  }
+  return nullptr;
+}
+
+int strcmp0(const char* a, const char* b) {
+  return std::strcmp(a ? a : empty_string, b ? b : empty_string);
+}
+
+int strcmp_i_ascii(const char* a, const char* b) {
+  if (!a) a = empty_string;
+  if (!b) b = empty_string;
+  return strcmp_i_ascii(a, a + std::strlen(a), b, b + std::strlen(b));
+}
+
+int strcmp_i_ascii(const char* b1, const char* e1, const char* b2, const char* e2) {
+  if (!b1) e1 = b1;
+  if (!b2) e2 = b2;
+  for (; b1 < e1 && b2 < e2; ++b1, ++b2) {
+    if (*b1 != *b2 && upper(*b1) != upper(*b2)) {
+      return static_cast<unsigned char>(*b1) > static_cast<unsigned char>(*b2) ? 1 : -1;
+    }
+  }
+  return (b1 < e1 ? 1 : 0) - (b2 < e2 ? 1 : 0);
+}
+
+bool streq_i_ascii(const char* a, unsigned int na, const char* b, unsigned int nb) {
+  if (na != nb) return false;
+  for (unsigned int i = 0; i < na; ++i) {
+    if (upper(a[i]) != upper(b[i])) return false;
+  }
+  return true;
+}
+
+int strcompare(const char* a, unsigned int na, const char* b, unsigned int nb) {
+  const unsigned int n = na < nb ? na : nb;
+  const int order = n == 0 ? 0 : std::memcmp(a, b, n);
+  if (order != 0) return order;
+  return (na > nb ? 1 : 0) - (na < nb ? 1 : 0);
+}
+
+bool streq(const char* a, unsigned int na, const char* b, unsigned int nb) {
+  return na == nb && (na == 0 || std::memcmp(a, b, na) == 0);
+}
+
+char* strzcpy(char* dst, unsigned int size, const char* src) {
+  const std::size_t room = size - 1;
+  const std::size_t n = strnlen(src, room);
+  std::memcpy(dst, src, n);
+  std::memset(dst + n, 0, size - n);
+  return dst;
+}
+
+char* strnew(const char* s, unsigned int n) { return copyOf(s, n); }
+
+unsigned short* strnew16(const unsigned short* s, unsigned int n) { return copyOf(s, n); }
+
+char* strnew(const unsigned short* begin, const unsigned short* end) {
+  if (!begin) return nullptr;
+  const std::size_t n = strlen_utf8(begin, end);
+  char* text = newText<char>(n);
+  utf16_to_utf8(begin, end, text, text + n);
+  return text;
+}
+
+unsigned short* strnew16(const char* begin, const char* end) {
+  if (!begin) return nullptr;
+  const std::size_t n = strlen_utf8(begin, end);
+  unsigned short* text = newText<unsigned short>(n);
+  unsigned short* reached = utf8_to_utf16(begin, end, text, text + n);
+  *reached = 0;
+  return text;
+}
+
+void stradd(char*& s, unsigned int len, const char* add, unsigned int addLen) {
+  if (!add) return;
+  if (!s) {
+    s = strnew(add, addLen);
+    return;
+  }
+  if (addLen > UINT_MAX - len) throw std::bad_alloc();
+  char* joined = newText<char>(len + addLen);
+  std::memcpy(joined, s, len);
+  std::memcpy(joined + len, add, addLen);
+  delete[] s;
+  s = joined;
+}
+
+char* strlw_ascii(char* begin, const char* end) {
+  for (; begin < end; ++begin) {
+    *begin = static_cast<char>(chr_lower_table_ascii[static_cast<unsigned char>(*begin)]);
+  }
+  return begin;
+}
+
+char* strup_ascii(char* begin, const char* end) {
+  for (; begin < end; ++begin) *begin = static_cast<char>(upper(*begin));
+  return begin;
+}
+
+unsigned short* strlw_utf16(unsigned short* begin, const unsigned short* end) {
+  for (; begin < end; ++begin) *begin = chr_lower_table_utf16[*begin];
+  return begin;
+}
+
+unsigned short* strup_utf16(unsigned short* begin, const unsigned short* end) {
+  for (; begin < end; ++begin) *begin = chr_upper_table_utf16[*begin];
+  return begin;
+}

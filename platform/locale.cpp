@@ -1,0 +1,35 @@
+// Forwards to the C library.
+
+#include "platform/locale.h"
+
+#include <cctype>
+#include <clocale>
+#include <cstdlib>
+#include <cwctype>
+
+namespace cc::locale {
+
+const char* characterType() { return std::setlocale(LC_CTYPE, nullptr); }
+
+void setCharacterTypeFromEnvironment() { std::setlocale(LC_CTYPE, ""); }
+
+void setNumericToC() { std::setlocale(LC_NUMERIC, "C"); }
+
+int lower(int byte) { return std::tolower(byte); }
+int upper(int byte) { return std::toupper(byte); }
+bool isLower(int byte) { return std::islower(byte) != 0; }
+bool isUpper(int byte) { return std::isupper(byte) != 0; }
+unsigned int lowerWide(unsigned int character) { return std::towlower(character); }
+unsigned int upperWide(unsigned int character) { return std::towupper(character); }
+
+long long parseSigned(const char* s, char** end) { return std::strtoll(s, end, 10); }
+unsigned long long parseUnsigned(const char* s, char** end) { return std::strtoull(s, end, 10); }
+double parseDouble(const char* s, char** end) { return std::strtod(s, end); }
+
+bool localTime(std::time_t t, std::tm& out) { return localtime_r(&t, &out) != nullptr; }
+
+std::size_t formatTime(char* buf, std::size_t size, const char* format, const std::tm& time) {
+  return std::strftime(buf, size, format, &time);
+}
+
+}  // namespace cc::locale

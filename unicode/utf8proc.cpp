@@ -1,0 +1,201 @@
+// The UTF-8 and UTF-16 codec and its operations without regard to case.
+//
+// Everything rests on one test: a byte whose top bits are 10 continues a character, every other
+// byte starts one.
+
+#include "utf8proc.h"
+
+#include "charproc.h"
+
+namespace {
+
+bool continues(char c) { return (c & 0xC0) == 0x80; }
+
+bool isAscii(char c) { return static_cast<signed char>(c) >= 0; }
+
+unsigned int encodedLength(unsigned short u) { return u <= 0x7F ? 1 : u <= 0x7FF ? 2 : 3; }
+
+// Replaces each character by its entry in `table` where the entry fits in the same bytes.
+void mapCase(char* s, const char* end, const unsigned short* table) {
+  if (!s) return;
+  while (s < end) {
+    unsigned short u = 0;
+    const char* next = getch_utf8(u, s, end);
+    const unsigned short mapped = table[u];
+    if (mapped != u && static_cast<long>(encodedLength(mapped)) == next - s) {
+      putch_utf8(mapped, s, end);
+    }
+    s += next - s;
+  }
+}
+
+// Start of the character that holds the byte at `p`, itself where that is a stray continuation.
+const char* characterAt(const char* begin, const char* p) {
+  const char* start = chrback_utf8(begin, p + 1);
+  return start < p && isAscii(*start) ? start + 1 : start;
+}
+
+}  // namespace
+
+const char* strchk_utf8(const char* s, unsigned int n) {
+  if (!s) return nullptr;
+  const char* end = s + n;
+  while (s != end) {
+    const unsigned char lead = static_cast<unsigned char>(*s);
+    if (lead < 0x80) {
+      ++s;
+      continue;
+    }
+    if (lead < 0xC0 || lead >= 0xF0) return s;
+    const int more = lead < 0xE0 ? 1 : 2;
+    if (end - s <= more) return s;
+    ++s;
+    for (int i = 0; i < more; ++i, ++s) {
+      if (!continues(*s)) return s;
+    }
+  }
+  return nullptr;
+}
+
+unsigned int strlen_utf8(const char* s) {
+  unsigned int n = 0;
+  if (!s) return 0;
+  for (; *s; ++s) n += !continues(*s);
+  return n;
+}
+
+unsigned int strlen_utf8(const char* begin, const char* end) {
+  unsigned int n = 0;
+  for (; begin < end; ++begin) n += !continues(*begin);
+  return n;
+}
+
+unsigned int strlen_utf8(const unsigned short* s) {
+  unsigned int n = 0;
+  if (!s) return 0;
+  for (; *s; ++s) n += encodedLength(*s);
+  return n;
+}
+
+unsigned int strlen_utf8(const unsigned short* begin, const unsigned short* end) {
+  unsigned int n = 0;
+  for (; begin < end; ++begin) n += encodedLength(*begin);
+  return n;
+}
+
+const char* chrpass_utf8(const char* p, const char* end) {
+  if (p >= end) return end;
+  do {
+    ++p;
+  } while (p != end && continues(*p));
+  return p;
+}
+
+const char* chrback_utf8(const char* begin, const char* p) {
+  if (p <= begin) return begin;
+  do {
+    --p;
+  } while (p != begin && continues(*p));
+  return p;
+}
+
+const char* getch_utf8(unsigned short& out, const char* p, const char* end) {
+  if (!p) return nullptr;
+  if (p == end) {
+    out = 0xFFFF;
+    return p;
+  }
+  const unsigned char first = static_cast<unsigned char>(*p++);
+  if (first < 0x80) {
+    out = first;
+    return p;
+  }
+  unsigned int value = first & 0x1F;
+  for (; p != end && continues(*p); ++p) {
+    value = (value << 6) + (static_cast<unsigned char>(*p) & 0x3F);
+  }
+  out = static_cast<unsigned short>(value);
+  return p;
+}
+
+char* putch_utf8(unsigned short u, char* p, const char* end) {
+  if (p == end) return p;
+  if (u <= 0x7F) {
+    *p = static_cast<char>(u);
+    return p + 1;
+  }
+  if (u <= 0x7FF) {
+    *p++ = static_cast<char>(0xC0 | u >> 6);
+  } else {
+    *p++ = static_cast<char>(0xE0 | u >> 12);
+    if (p == end) return p;
+    *p++ = static_cast<char>(0x80 | (u >> 6 & 0x3F));
+  }
+  if (p == end) return p;
+  *p++ = static_cast<char>(0x80 | (u & 0x3F));
+  return p;
+}
+
+char* utf16_to_utf8(const unsigned short* src, const unsigned short* srcEnd, char* dst,
+                    const char* dstEnd) {
+  if (!src) return dst;
+  while (src < srcEnd && dst < dstEnd) dst = putch_utf8(*src++, dst, dstEnd);
+  return dst;
+}
+
+unsigned short* utf8_to_utf16(const char* src, const char* srcEnd, unsigned short* dst,
+                              const unsigned short* dstEnd) {
+  if (!src) return dst;
+  while (src < srcEnd && dst < dstEnd) src = getch_utf8(*dst++, src, srcEnd);
+  return dst;
+}
+
+void strup_utf8(char* s, const char* end) { mapCase(s, end, chr_upper_table_utf16); }
+
+void strlw_utf8(char* s, const char* end) { mapCase(s, end, chr_lower_table_utf16); }
+
+int strcmp_i_utf8(const char* a, const char* aEnd, const char* b, const char* bEnd) {
+  if (!a) a = aEnd = empty_string;
+  if (!b) b = bEnd = empty_string;
+  const char* p = a;
+  const char* q = b;
+  while (p < aEnd && q < bEnd) {
+    if (*p == *q) {
+      ++p;
+      ++q;
+      continue;
+    }
+    unsigned short left = 0;
+    unsigned short right = 0;
+    if (isAscii(*p) && isAscii(*q)) {
+      left = chr_upper_table_ascii[static_cast<unsigned char>(*p++)];
+      right = chr_upper_table_ascii[static_cast<unsigned char>(*q++)];
+    } else {
+      p = getch_utf8(left, characterAt(a, p), aEnd);
+      q = getch_utf8(right, characterAt(b, q), bEnd);
+      left = chr_upper_table_utf16[left];
+      right = chr_upper_table_utf16[right];
+    }
+    if (left != right) return left > right ? 1 : -1;
+  }
+  return (p < aEnd ? 1 : 0) - (q < bEnd ? 1 : 0);
+}
+
+const char* strfind_i_utf8(const char* s, const char* sEnd, const char* pat, const char* patEnd) {
+  if (!pat || !s || pat >= patEnd || s >= sEnd) return sEnd;
+  if (sEnd - s < patEnd - pat) return nullptr;
+  unsigned short first = 0;
+  const char* rest = getch_utf8(first, pat, patEnd);
+  first = chr_upper_table_utf16[first];
+  const char* limit = sEnd - (patEnd - rest);
+  while (s < limit) {
+    unsigned short u = 0;
+    const char* next = getch_utf8(u, s, limit);
+    if (chr_upper_table_utf16[u] == first &&
+        strcmp_i_utf8(next, next + (patEnd - rest), rest, patEnd) == 0) {
+      return s;
+    }
+    s = next;
+  }
+  return nullptr;
+}
