@@ -25,7 +25,7 @@ class COMMON_CORE_API ZFindFile {
   /// Takes the next entry that passes the masks: true, and `entry` and `type` describe it. False at
   /// the end, where the directory is closed, and ever after.
   bool next();
-  /// Closes the directory, if it is open; `entry` is invalid then.
+  /// Closes the directory, if it is open; `entry` is null then.
   void release();
 
   int includeMask = 12;     ///< an entry comes only if its type shares a bit with this

@@ -32,7 +32,7 @@ class COMMON_CORE_API UTF8File {
   typedef struct stat Info;
 
   /// A closed file without a name, which throws its failures or only returns them.
-  explicit UTF8File(bool exceptions) : exceptions(exceptions) {}
+  explicit UTF8File(bool throwing) : exceptions(throwing) {}
   UTF8File(const UTF8File&) = delete;
   UTF8File& operator=(const UTF8File&) = delete;
   /// Closes the file; a failure of that is silent. Use `close` where it matters.
@@ -110,8 +110,12 @@ class COMMON_CORE_API UTF8File {
 
   /// Writes a new file beside the target, synchronises it and renames it over the target, so that
   /// at every moment the old or the new content is there whole. Permissions of an existing target
-  /// are kept; where it is a symbolic link, the file it leads to is replaced. Throws messages 4,
-  /// 35, 12, 38 and 3, as the failing step says; the old file is then whole and no other is left.
+  /// are kept, and its owner and group as far as this process may give files away; where it is a
+  /// symbolic link, the file it leads to is replaced. A new file gets the permissions that `save`
+  /// gives. Only a regular file is replaced, also one that this process may not write. Throws
+  /// message 4 when the target cannot be replaced or the new file not be set up, 35 or 12 when
+  /// writing or renaming fails, 38 when synchronising does and 3 when closing does; the old file is
+  /// then whole and no other is left.
   static void saveAtomic(const char* path, const void* data, unsigned int size);
   /// The same for the data of a bag, wherever its cursor stands.
   static void saveAtomic(const char* path, const Bag& content);
@@ -137,12 +141,12 @@ class COMMON_CORE_API UTF8File {
 
   // ------------------------------------------------------------------ reporting
 
-  /// Throws `message` as a file failure: followed by message 25 with `name` (null: the stored name;
-  /// left out when empty) and, for an error number `err` above 0, by message 28 with the system's
-  /// text or message 17 with the number. Does nothing when `exceptions` is off.
-  void erro(const TTT& message, const char* name, int err);
+  /// Throws `message` as a file failure: followed by message 25 with `fileName` (null: the stored
+  /// name; left out when empty) and, for an error number `err` above 0, by message 28 with the
+  /// system's text or message 17 with the number. Does nothing when `exceptions` is off.
+  void erro(const TTT& message, const char* fileName, int err);
   /// The same for message `code` of `dictionary`.
-  void erro(LocDictionaryId dictionary, int code, const char* name, int err);
+  void erro(LocDictionaryId dictionary, int code, const char* fileName, int err);
 
   // ------------------------------------------------------------------ fields
 
