@@ -18,8 +18,8 @@ LAYERS = {
     "platform": (["base", "paths"], ["platform/*"]),
     "text": (
         ["platform"],
-        ["*/charproc*", "*/utf8proc*", "*/utf8_*", "*/numbers*", "*/*kernels*", "core/*tables*",
-         "unicode/*tables*"],
+        ["*/charproc*", "*/utf8proc*", "*/numbers*", "*/*kernels*", "*/*tables*", "core/win1251*",
+         "core/formatted_text*", "unicode/*"],
     ),
     "strings": (["text"], ["*/charr*", "*/chpair*", "*/containers*"]),
     "bag": (["strings"], ["*/bag*"]),
