@@ -36,11 +36,12 @@ endfunction()
 
 # add_cc_script(name command...) makes a test of a command, told where everything is.
 function(add_cc_script name)
+  list(JOIN CC_RUN " " run)
   add_test(NAME ${CC_BUILD_NAME}.${name} COMMAND ${ARGN})
   set_property(
     TEST ${CC_BUILD_NAME}.${name}
     PROPERTY ENVIRONMENT "CC_SOURCE_DIR=${PROJECT_SOURCE_DIR}" "CC_BUILD_DIR=${PROJECT_BINARY_DIR}"
-             "CC_BITS=${CC_BITS}" "CCML=${ccml}" "CCLNG=${cclng}"
+             "CC_BITS=${CC_BITS}" "CC_RUN=${run}" "CCML=${ccml}" "CCLNG=${cclng}"
              "COMMON_CORE_ETC_DIR=${CC_LNG_DIR}")
   set_property(TEST ${CC_BUILD_NAME}.${name} PROPERTY TIMEOUT 120)
 endfunction()
