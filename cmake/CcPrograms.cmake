@@ -17,6 +17,7 @@ if(sources)
   add_library(cc_tools_common STATIC ${sources})
   target_include_directories(cc_tools_common PUBLIC "${PROJECT_SOURCE_DIR}/tools/common")
   target_link_libraries(cc_tools_common PRIVATE cc_flags PUBLIC common_core)
+  target_compile_definitions(cc_tools_common PUBLIC "CC_VERSION=\"${PROJECT_VERSION}\"")
 endif()
 
 foreach(tool IN ITEMS cclng ccml)

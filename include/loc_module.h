@@ -48,9 +48,10 @@ class COMMON_CORE_API Module {
 /// A module whose texts go into an `IDLocLoader`.
 class COMMON_CORE_API IdModule : public Module {
  public:
-  /// A module that reads files matching `info` into `loader`. Neither is owned; both must outlive
+  /// A module that reads files matching `record` into `dictionary`. Neither is owned; both outlive
   /// the module. The caller sets `name` and `mandatory`.
-  IdModule(IDLocLoader::Localization* info, IDLocLoader* loader) : info(info), loader(loader) {}
+  IdModule(IDLocLoader::Localization* record, IDLocLoader* dictionary)
+      : info(record), loader(dictionary) {}
   ~IdModule() override;
 
   /// Reads with the module's `IDLocLoader` and returns its result code.

@@ -1,0 +1,132 @@
+// Compiling, checking and writing the record all start from a catalogue that was read and checked.
+#include "commands.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+#include <iterator>
+#include <stdexcept>
+
+#include "catalogue.h"
+#include "diagnostics.h"
+#include "failures.h"
+#include "fileproc.h"
+
+namespace cclng {
+
+namespace {
+
+int unreadable(const std::string& problem) {
+  tools::print_problem("cclng", problem);
+  return tools::ExitUnreadable;
+}
+
+void check_alone(const Catalogue& catalogue, const std::string& path, Findings& findings) {
+  check_file_name(catalogue, path, findings);
+  check_placeholders(catalogue, findings);
+}
+
+int verdict(Findings& findings) {
+  findings.print();
+  return findings.isEmpty() ? tools::ExitClean : tools::ExitFindings;
+}
+
+int check_one(const std::string& path, const Catalogue* reference) {
+  try {
+    Findings findings(path);
+    const Catalogue catalogue = read_catalogue(path, findings);
+    check_alone(catalogue, path, findings);
+    if (reference) {
+      check_against(catalogue, *reference, findings);
+    } else {
+      check_numbers(catalogue, -1, findings);
+    }
+    return verdict(findings);
+  } catch (const TTT& error) {
+    return unreadable(tools::describe(error));
+  }
+}
+
+// A C++ name made of `text`.
+std::string identifier(const std::string& text) {
+  std::string name;
+  for (const char c : text) {
+    name += std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
+  }
+  if (!name.empty() && std::isdigit(static_cast<unsigned char>(name[0]))) name.insert(0, 1, '_');
+  return name;
+}
+
+}  // namespace
+
+Catalogue load_checked(const std::string& document, int& code) {
+  try {
+    Findings findings(document);
+    Catalogue catalogue = read_catalogue(document, findings);
+    check_alone(catalogue, document, findings);
+    check_numbers(catalogue, -1, findings);
+    code = verdict(findings);
+    return catalogue;
+  } catch (const TTT& error) {
+    code = unreadable(tools::describe(error));
+    return {};
+  }
+}
+
+int deliver(const std::string& output, const std::string& bytes) {
+  if (output.empty()) {
+    const bool written = tools::write_output(bytes) && tools::close_output();
+    return written ? tools::ExitClean : unreadable("The standard output could not be written.");
+  }
+  try {
+    UTF8File::saveAtomic(output.c_str(), bytes);
+    return tools::ExitClean;
+  } catch (const TTT& error) {
+    return unreadable(tools::describe(error));
+  }
+}
+
+int compile(const std::string& document, const std::string& output, tools::ByteOrder order) {
+  int code = tools::ExitClean;
+  const Catalogue catalogue = load_checked(document, code);
+  if (code != tools::ExitClean) return code;
+  try {
+    return deliver(output, tools::write_lng(catalogue.stamp(), catalogue.texts(), order));
+  } catch (const std::length_error&) {
+    tools::print_finding(document, 0, 0, "The texts are too long for one dictionary.");
+    return tools::ExitFindings;
+  }
+}
+
+int check(const std::vector<std::string>& documents, const std::string& reference) {
+  int code = tools::ExitClean;
+  Catalogue original;
+  if (!reference.empty()) original = load_checked(reference, code);
+  // A reference with findings says nothing about the others: they are checked by themselves.
+  const bool usable = !reference.empty() && code == tools::ExitClean;
+  for (const std::string& document : documents) {
+    if (document == reference) continue;
+    code = std::max(code, check_one(document, usable ? &original : nullptr));
+  }
+  return code;
+}
+
+int header(const std::string& document, const std::string& output) {
+  int code = tools::ExitClean;
+  const Catalogue catalogue = load_checked(document, code);
+  if (code != tools::ExitClean) return code;
+
+  const std::string file = document.substr(document.rfind('/') + 1);
+  char record[128];
+  std::snprintf(record, sizeof record, "{%zu, 8, static_cast<int>(0x%08X)}",
+                catalogue.messages.size(), static_cast<unsigned int>(catalogue.stamp()));
+  const std::string text =
+      "// Made by \"cclng header " + tools::printable(file) + "\". Not to be edited.\n"
+      "#pragma once\n\n#include \"id_loc_loader.h\"\n\n"
+      "// Count, encoding and stamp of the dictionary \"" + tools::printable(catalogue.name) +
+      "\".\ninline IDLocLoader::Localization " + identifier(catalogue.name) + "_info = " + record +
+      ";\n";
+  return deliver(output, text);
+}
+
+}  // namespace cclng
