@@ -25,18 +25,22 @@ class COMMON_CORE_API RunDetector {
   };
 
   /// `appName`, not null, names the pid file: the data directory, the name and ".pid". A live
-  /// process counts as a copy when its executable is called `processName`; null means the name of
-  /// this process's own executable, which is taken now.
-  RunDetector(const char* appName, const char* processName);
+  /// process counts as a copy when its executable is called `expectedName`; null means the name of
+  /// this process's own executable, which is taken now. Empty, or an own name that cannot be read,
+  /// makes every live process count. An executable that was replaced on disk keeps its name.
+  RunDetector(const char* appName, const char* expectedName);
 
   /// One of `State`. Reads the pid file and changes nothing.
   int getState() const;
   /// Makes this process the running copy: true when the pid file now holds its id. False when a
-  /// copy is running, this one included, or the file cannot be written. Of several copies that
-  /// start at the same moment exactly one succeeds.
+  /// copy is running, this one included, or the file cannot be written or locked. Of several copies
+  /// that start at the same moment exactly one succeeds. Waits for another one's `lock` or `unlock`
+  /// of the same file, for two seconds at the most.
   bool lock();
-  /// Removes the pid file if this object wrote it and it still holds this process's id. Destruction
-  /// does not: a program that ends without it leaves a stale file.
+  /// Removes the pid file if this object wrote it and it still holds this process's id, which is
+  /// not so in a child of the process that wrote it. Waits as `lock` does, and leaves the file when
+  /// that does not help. Destruction does not unlock: a program that ends without it leaves a stale
+  /// file.
   void unlock();
 
  private:
