@@ -1,29 +1,54 @@
-# The dictionaries: data/<name>.<language>.xml is checked against the reference language and
-# compiled into <build>/lng/<name>.<language>.lng.
+# The dictionaries: <name>.<language>.xml is checked against the reference language and compiled
+# into <build>/lng/<name>.<language>.lng. An example with a dictionary of its own also gets the
+# C++ record of it, as "<name>_loc.h".
 
 set(CC_REFERENCE_LANGUAGE eng)
 set(CC_LNG_DIR "${PROJECT_BINARY_DIR}/lng/")
-file(GLOB documents CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/data/*.xml")
-if(NOT TARGET cclng OR NOT documents)
+if(NOT TARGET cclng)
   return()
 endif()
+set(cclng_command ${CC_RUN} $<TARGET_FILE:cclng>)
+
+# Adds the commands for the documents in `folder`, and the outputs to the list `outputs`.
+function(cc_compile_dictionaries folder)
+  file(GLOB documents CONFIGURE_DEPENDS "${folder}/*.xml")
+  foreach(document IN LISTS documents)
+    cmake_path(GET document FILENAME file)
+    if(NOT file MATCHES "^([a-z0-9_]+)\\.([a-z]+)\\.xml$")
+      continue()
+    endif()
+    set(reference "${folder}/${CMAKE_MATCH_1}.${CC_REFERENCE_LANGUAGE}.xml")
+    set(output "${CC_LNG_DIR}${CMAKE_MATCH_1}.${CMAKE_MATCH_2}.lng")
+    add_custom_command(
+      OUTPUT "${output}"
+      COMMAND ${cclng_command} check --reference "${reference}" "${document}"
+      COMMAND ${cclng_command} compile "${document}" -o "${output}"
+      DEPENDS cclng "${document}" "${reference}"
+      COMMENT "Checking and compiling dictionary ${file}"
+      VERBATIM)
+    list(APPEND outputs "${output}")
+  endforeach()
+  set(outputs "${outputs}" PARENT_SCOPE)
+endfunction()
 
 file(MAKE_DIRECTORY "${CC_LNG_DIR}")
 set(outputs "")
-foreach(document IN LISTS documents)
-  cmake_path(GET document FILENAME file)
-  if(NOT file MATCHES "^([a-z0-9_]+)\\.([a-z]+)\\.xml$")
-    continue()
+cc_compile_dictionaries("${PROJECT_SOURCE_DIR}/data")
+foreach(stem IN LISTS CC_EXAMPLES)
+  set(folder "${PROJECT_SOURCE_DIR}/examples/${stem}")
+  cc_compile_dictionaries("${folder}")
+  set(document "${folder}/${stem}.${CC_REFERENCE_LANGUAGE}.xml")
+  if(EXISTS "${document}")
+    set(generated "${PROJECT_BINARY_DIR}/generated/${stem}")
+    file(MAKE_DIRECTORY "${generated}")
+    add_custom_command(
+      OUTPUT "${generated}/${stem}_loc.h"
+      COMMAND ${cclng_command} header "${document}" -o "${generated}/${stem}_loc.h"
+      DEPENDS cclng "${document}"
+      COMMENT "Writing the record of dictionary ${stem}"
+      VERBATIM)
+    target_sources(example_${stem} PRIVATE "${generated}/${stem}_loc.h")
+    target_include_directories(example_${stem} PRIVATE "${generated}")
   endif()
-  set(reference "${PROJECT_SOURCE_DIR}/data/${CMAKE_MATCH_1}.${CC_REFERENCE_LANGUAGE}.xml")
-  set(output "${CC_LNG_DIR}${CMAKE_MATCH_1}.${CMAKE_MATCH_2}.lng")
-  add_custom_command(
-    OUTPUT "${output}"
-    COMMAND ${CC_RUN} $<TARGET_FILE:cclng> check --reference "${reference}" "${document}"
-    COMMAND ${CC_RUN} $<TARGET_FILE:cclng> compile "${document}" -o "${output}"
-    DEPENDS cclng "${document}" "${reference}"
-    COMMENT "Checking and compiling dictionary ${file}"
-    VERBATIM)
-  list(APPEND outputs "${output}")
 endforeach()
 add_custom_target(dictionaries ALL DEPENDS ${outputs})
