@@ -24,7 +24,7 @@ LAYERS = {
     "strings": (["text"], ["*/charr*", "*/chpair*", "*/containers*"]),
     "bag": (["strings"], ["*/bag*"]),
     "message": (["bag"], ["*/tttproc*", "loc/message_reader*"]),
-    "files": (["message"], ["*/fileproc*", "*/ffproc*", "*/utf8io*", "files/*"]),
+    "files": (["message"], ["*/fileproc*", "*/ffproc*", "*/utf8io*", "unicode/utf8io*", "files/*"]),
     "modules": (
         ["files"],
         ["*/cc_loc_loader*", "*/id_loc_loader*", "*/loc_loader*", "*/loc_module*",
