@@ -53,10 +53,10 @@ class COMMON_CORE_API MLDoc {
   /// token forward in place. Borrows the document and the token.
   class COMMON_CORE_API ChildIterator {
    public:
-    /// Prepares to visit the children of the element whose start tag `token` holds; reading goes on
+    /// Prepares to visit the children of the element whose start tag `parent` holds; reading goes on
     /// just past that tag. A fresh token means the document level; an empty-element tag or an end
-    /// tag has no children. `doc` and `token` must outlive the iterator.
-    ChildIterator(MLDoc* doc, Token& token);
+    /// tag has no children. `document` and `parent` must outlive the iterator, which steps `parent`.
+    ChildIterator(MLDoc* document, Token& parent);
     /// Moves the token to the next direct child's start or empty-element tag. False when there is
     /// none: the token is then on the parent's end tag, and an enclosing iterator goes on behind
     /// it. Throws error 7, placed at the parent's start tag, when the text ends inside the parent,
@@ -76,8 +76,8 @@ class COMMON_CORE_API MLDoc {
   /// its end positions it just past the tag. Borrows the document and the token.
   class COMMON_CORE_API AttributeIterator {
    public:
-    /// Starts at the first attribute of `token`, which was read from `doc`.
-    AttributeIterator(MLDoc* doc, const Token& token);
+    /// Starts at the first attribute of `tag`, which was read from `document`.
+    AttributeIterator(MLDoc* document, const Token& tag);
     AttributeIterator(const AttributeIterator&) = delete;
     AttributeIterator& operator=(const AttributeIterator&) = delete;
     /// Positions the document just past the tag.
@@ -100,11 +100,11 @@ class COMMON_CORE_API MLDoc {
 
   // ------------------------------------------------------------------ loading
 
-  /// Takes a copy of the `size` bytes at `data` as the document, called `name` in messages. Both
+  /// Takes a copy of the `size` bytes at `data` as the document, called `newName` in messages. Both
   /// may point into this very document. Throws message 29 for a size above 100,000,000 or below 0
   /// and message 23 when memory does not suffice, with message 25 when there is a name; the
   /// document then has no text.
-  void load(const char* name, const char* data, int size);
+  void load(const char* newName, const char* data, int size);
   /// Reads the file at `path`, of at most 100,000,000 bytes, as the document, called by its path. A
   /// UTF-8 byte-order mark at its start is skipped. Throws the messages of `UTF8File::load`; the
   /// document then has no text.
@@ -126,9 +126,9 @@ class COMMON_CORE_API MLDoc {
   /// 13, 15, 18, 31 and 33.
   bool attribute(const Token& token, Attribute& attribute);
 
-  /// The raw value of the attribute of `token` called `name`, or a null slice. Positions the
+  /// The raw value of the attribute of `token` called `wanted`, or a null slice. Positions the
   /// document just past the tag. Throws the errors of `attribute`.
-  ChPair getAttributeValue(const Token& token, const ChPair& name);
+  ChPair getAttributeValue(const Token& token, const ChPair& wanted);
 
   /// The raw text between the start tag in `token`, which was read last, and the end tag that must
   /// follow it; entities are not decoded. The element is closed afterwards: the depth of `token` is
@@ -142,15 +142,15 @@ class COMMON_CORE_API MLDoc {
   /// error 34 for anything but the five named entities after a `&`; `out` then holds what was
   /// decoded before.
   void convertEscape(const ChPair& source, ChArr& out);
-  /// The decimal integer that fills `text`: an optional sign and digits, 1 to 20 bytes, magnitude
+  /// The decimal integer that fills `number`: an optional sign and digits, 1 to 20 bytes, magnitude
   /// of at most 9,223,372,036,854,775,807. Throws error 20.
-  long long getInt(const ChPair& text) const;
-  /// The number that fills `text`, as `strtod` reads it, always with '.' as decimal point. Throws
+  long long getInt(const ChPair& number) const;
+  /// The number that fills `number`, as `strtod` reads it, always with '.' as decimal point. Throws
   /// error 19 for anything else, a value out of range, an empty or null slice, and a slice that
   /// ends inside a longer number of the document's text. Reads nothing behind the document's text.
-  double getDouble(const ChPair& text) const;
+  double getDouble(const ChPair& number) const;
   /// `getInt` kept to 32 bits; -1 stands for infinity.
-  int getCountOrInfinity(const ChPair& text) const;
+  int getCountOrInfinity(const ChPair& number) const;
   /// Number of the warning about control bytes in an attribute's value: 16.
   int getEndLineInAttributeWarningCode();
 
@@ -195,8 +195,9 @@ class COMMON_CORE_API MLDocOut {
 
   /// Creates or empties the file at `path` as target; called while no file is open. Returns true.
   bool begin(const char* path);
-  /// Sets the bag that output is appended to, beside a file, if any; not owned. Null removes it.
-  void begin(Bag* bag);
+  /// Sets the bag that output is written to, at its cursor, beside a file, if any; not owned. Null
+  /// removes it.
+  void begin(Bag* target);
   /// Closes the file, if one is open. The bag stays.
   void end();
 
@@ -252,6 +253,8 @@ class COMMON_CORE_API MLDocOut {
   void writeFlagsAttr(const char* name, unsigned int flags, const PairTag* table);
 
  private:
+  class Piece;  // assembles what one call writes
+
   int level = 0;
 
  public:

@@ -24,8 +24,8 @@ struct COMMON_CORE_API PairTag {
   int translate(const ChPair& text) const;
   /// The value whose name equals `text`, or -1.
   int translate(const char* text) const;
-  /// The name of the first entry with `value`, or null.
-  const char* translate(int value) const;
+  /// The name of the first entry whose value is `wanted`, or null.
+  const char* translate(int wanted) const;
 };
 
 #if defined(__i386__)

@@ -14,8 +14,8 @@ struct COMMON_CORE_API StrTag {
 
   /// The value whose name equals `text`, or -1. Null counts as the empty text.
   int translate(const char* text) const;
-  /// The name of the first entry with `value`, or null.
-  const char* translate(int value) const;
+  /// The name of the first entry whose value is `wanted`, or null.
+  const char* translate(int wanted) const;
 };
 
 /// One entry of a table whose names are string variables, read at every lookup, so that they can be
@@ -26,8 +26,8 @@ struct COMMON_CORE_API StrPtrTag {
 
   /// The value whose name equals `text` now, or -1. Null counts as the empty text.
   int translate(const char* text) const;
-  /// The string that the variable of the first entry with `value` holds now (maybe null), or null.
-  const char* translate(int value) const;
+  /// The string that the variable of the first entry whose value is `wanted` holds now (maybe null), or null.
+  const char* translate(int wanted) const;
 };
 
 #if defined(__i386__)

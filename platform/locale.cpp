@@ -5,6 +5,7 @@
 #include <cctype>
 #include <clocale>
 #include <cstdlib>
+#include <cstring>
 #include <cwctype>
 
 namespace cc::locale {
@@ -14,6 +15,11 @@ const char* characterType() { return std::setlocale(LC_CTYPE, nullptr); }
 void setCharacterTypeFromEnvironment() { std::setlocale(LC_CTYPE, ""); }
 
 void setNumericToC() { std::setlocale(LC_NUMERIC, "C"); }
+
+void requireNumericC() {
+  const char* const name = std::setlocale(LC_NUMERIC, nullptr);
+  if (!name || std::strcmp(name, "C") != 0) setNumericToC();
+}
 
 int lower(int byte) { return std::tolower(byte); }
 int upper(int byte) { return std::toupper(byte); }
@@ -25,6 +31,11 @@ unsigned int upperWide(unsigned int character) { return std::towupper(character)
 long long parseSigned(const char* s, char** end) { return std::strtoll(s, end, 10); }
 unsigned long long parseUnsigned(const char* s, char** end) { return std::strtoull(s, end, 10); }
 double parseDouble(const char* s, char** end) { return std::strtod(s, end); }
+
+double parseDoubleInC(const char* s, char** end) {
+  static const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
+  return strtod_l(s, end, plain);
+}
 
 bool localTime(std::time_t t, std::tm& out) { return localtime_r(&t, &out) != nullptr; }
 

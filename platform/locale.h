@@ -15,6 +15,8 @@ const char* characterType();
 void setCharacterTypeFromEnvironment();
 /// Switches the numeric locale to "C".
 void setNumericToC();
+/// The same where the numeric locale has another name.
+void requireNumericC();
 
 /// One byte through the character-type locale; `byte` is 0 to 255.
 int lower(int byte);
@@ -29,6 +31,8 @@ unsigned int upperWide(unsigned int character);
 long long parseSigned(const char* s, char** end);
 unsigned long long parseUnsigned(const char* s, char** end);
 double parseDouble(const char* s, char** end);
+/// `strtod` in the "C" locale, whatever the process and the calling thread use.
+double parseDoubleInC(const char* s, char** end);
 
 /// Local calendar time of `t`; false when there is none.
 bool localTime(std::time_t t, std::tm& out);

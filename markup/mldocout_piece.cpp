@@ -1,0 +1,72 @@
+// Short texts are copied behind one another; a long one is written by itself.
+
+#include "markup/mldocout_piece.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+
+#include "markup/escape.h"
+
+void MLDocOut::Piece::add(std::string_view text) {
+  text = text.substr(0, left);
+  if (left != SIZE_MAX) left -= text.size();
+  if (text.size() > sizeof bytes - used) flush();
+  if (text.size() <= sizeof bytes - used) {
+    std::copy(text.begin(), text.end(), bytes + used);
+    used += text.size();
+    return;
+  }
+  while (!text.empty()) {
+    const std::size_t n = std::min<std::size_t>(text.size(), INT_MAX);
+    out.write(text.data(), static_cast<int>(n));
+    text.remove_prefix(n);
+  }
+}
+
+void MLDocOut::Piece::addEscaped(const char* begin, const char* end) {
+  while (begin != end) {
+    const char* const stop = cc::findEscapable(begin, end);
+    add(std::string_view(begin, static_cast<std::size_t>(stop - begin)));
+    if (stop == end) break;
+    add(cc::entityOf(*stop));
+    begin = stop + 1;
+  }
+}
+
+void MLDocOut::Piece::addIndent() {
+  const int perLevel = out.indentSize > 0 ? out.indentSize : 1;
+  const int room = static_cast<int>(sizeof bytes - used);
+  if (out.level <= 0) return;
+  if (out.level > room / perLevel) {
+    flush();
+    return out.writeIndent();
+  }
+  const std::size_t count = static_cast<std::size_t>(out.level * perLevel);
+  std::memset(bytes + used, out.indentSize > 0 ? ' ' : '\t', count);
+  used += count;
+}
+
+void MLDocOut::Piece::beginAttribute(const char* name) {
+  if (out.multiLine) {
+    addIndent();
+  } else {
+    add(" ");
+  }
+  startCut();
+  add(name);
+  add("=\"");
+}
+
+void MLDocOut::Piece::endAttribute() {
+  add("\"");
+  endCut();
+  if (out.multiLine) add(out.newLine);
+  flush();
+}
+
+void MLDocOut::Piece::flush() {
+  const int n = static_cast<int>(used);
+  used = 0;
+  out.write(bytes, n);
+}
