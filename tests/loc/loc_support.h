@@ -1,0 +1,153 @@
+// What the tests of messages and dictionaries share: bytes as text, and dictionary files made word
+// by word, independently of the code under test.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "bag.h"
+#include "id_loc_loader.h"
+#include "tests/support/temp_folder.h"
+#include "tttproc.h"
+
+namespace loc_test {
+
+/// "FE FF 00" and the like.
+inline std::string hex(std::string_view bytes) {
+  std::string out;
+  char digits[4];
+  for (const char byte : bytes) {
+    std::snprintf(digits, sizeof digits, "%02X ", static_cast<unsigned char>(byte));
+    out += digits;
+  }
+  if (!out.empty()) out.pop_back();
+  return out;
+}
+
+inline std::string_view bytesOf(const Bag& bag) {
+  return {bag.getBuffer(), static_cast<std::size_t>(bag.getSize())};
+}
+
+/// The dictionary file as the loaders' words; every one may be set wrong.
+struct LngFile {
+  std::uint32_t zero = 0;
+  std::uint32_t magic = 0x524C434C;
+  std::uint32_t version = 1;
+  std::uint32_t encoding = 8;
+  std::uint32_t stamp = 77;
+  std::uint32_t count = 0;
+  std::uint32_t poolSize = 0;
+  std::vector<std::uint32_t> offsets;
+  std::string pool;
+
+  LngFile() = default;
+  /// The file of `texts`, one after another.
+  explicit LngFile(const std::vector<std::string>& texts, std::uint32_t fileStamp = 77)
+      : stamp(fileStamp), count(static_cast<std::uint32_t>(texts.size())) {
+    for (const std::string& text : texts) {
+      offsets.push_back(static_cast<std::uint32_t>(pool.size()));
+      pool += text + '\0';
+    }
+    poolSize = static_cast<std::uint32_t>(pool.size());
+  }
+
+  std::string bytes(bool bigEndian = false) const {
+    std::string out;
+    for (const std::uint32_t word : {zero, magic, version, encoding, stamp, count, poolSize}) {
+      put(out, word, bigEndian);
+    }
+    for (const std::uint32_t offset : offsets) put(out, offset, bigEndian);
+    return out + pool;
+  }
+
+ private:
+  static void put(std::string& out, std::uint32_t word, bool bigEndian) {
+    for (int i = 0; i < 4; ++i) {
+      out += static_cast<char>(word >> (bigEndian ? 24 - 8 * i : 8 * i) & 0xFF);
+    }
+  }
+};
+
+/// `bytes` as an open file, which keeps them alive.
+class MemoryFile {
+ public:
+  explicit MemoryFile(std::string content) : bytes(std::move(content)) {
+    stream = std::tmpfile();
+    std::fwrite(bytes.data(), 1, bytes.size(), stream);
+    std::rewind(stream);
+  }
+  MemoryFile(const MemoryFile&) = delete;
+  MemoryFile& operator=(const MemoryFile&) = delete;
+  ~MemoryFile() { std::fclose(stream); }
+
+  std::FILE* get() {
+    std::rewind(stream);
+    return stream;
+  }
+
+ private:
+  std::string bytes;
+  std::FILE* stream;
+};
+
+/// A loaded dictionary of these texts.
+class Dictionary : public IDLocLoader {
+ public:
+  explicit Dictionary(const std::vector<std::string>& texts) {
+    MemoryFile file(LngFile(texts).bytes());
+    Localization info = {static_cast<int>(texts.size()), 8, 77};
+    if (load(file.get(), info) != 0) std::abort();
+  }
+};
+
+/// A folder of its own as the configuration directory, for as long as the object lives.
+class EtcDir {
+ public:
+  EtcDir() {
+    if (const char* old = std::getenv(variable)) before = old;
+    setenv(variable, path.c_str(), 1);
+  }
+  EtcDir(const EtcDir&) = delete;
+  EtcDir& operator=(const EtcDir&) = delete;
+  ~EtcDir() {
+    if (before.empty()) {
+      unsetenv(variable);
+    } else {
+      setenv(variable, before.c_str(), 1);
+    }
+  }
+
+  void put(const std::string& name, const std::string& bytes) const {
+    cc::test::putFile(folder / name, bytes);
+  }
+
+ private:
+  static constexpr const char* variable = "COMMON_CORE_ETC_DIR";
+  std::string before;
+  cc::test::TempFolder folder;
+
+ public:
+  const std::string path = folder / "";  ///< ends with "/"
+};
+
+/// The global table as it is now, put back at the end.
+class KeepSlots {
+ public:
+  KeepSlots() {
+    for (int i = 0; i < 5; ++i) before[i] = TTT::dictionaries[i];
+  }
+  KeepSlots(const KeepSlots&) = delete;
+  KeepSlots& operator=(const KeepSlots&) = delete;
+  ~KeepSlots() {
+    for (int i = 0; i < 5; ++i) TTT::dictionaries[i] = before[i];
+  }
+
+ private:
+  IDLocLoader* before[5];
+};
+
+}  // namespace loc_test

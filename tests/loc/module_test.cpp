@@ -1,0 +1,223 @@
+// Modules: how files are named and found, what failures say, and what memory failure leaves.
+#include <gtest/gtest.h>
+
+#include "common_core_loc.h"
+#include "loc/message_numbers.h"
+#include "loc_loader.h"
+#include "loc_module.h"
+#include "loc_support.h"
+#include "tests/support/alloc_sweep.h"
+
+namespace {
+
+using cc::test::AllocSweep;
+using loc_test::EtcDir;
+using loc_test::KeepSlots;
+using loc_test::LngFile;
+
+constexpr std::uint32_t stamp = 0xF196B6AA;
+
+std::string commonCoreFile(const std::string& text = "text", std::uint32_t fileStamp = stamp,
+                           std::size_t count = 39) {
+  return LngFile(std::vector<std::string>(count, text), fileStamp).bytes();
+}
+
+// A module with a dictionary of its own.
+class TestModule : public Loc::IdModule {
+ public:
+  TestModule(const char* moduleName, bool isMandatory) : IdModule(&record, &dictionary) {
+    name = moduleName;
+    mandatory = isMandatory;
+  }
+
+  IDLocLoader::Localization record = {1, 8, 7};
+  IDLocLoader dictionary;
+};
+
+TEST(Module, ComposesPaths) {
+  const struct {
+    const char *directory, *name, *language, *path;
+  } rows[] = {
+      {"/etc/x/", "common_core", "eng", "/etc/x/common_core.eng.lng"},
+      {"/etc/x/", "common_core", nullptr, "/etc/x/common_core.eng.lng"},
+      {"/etc/x", "m", "de", "/etc/xm.de.lng"},
+      {"", "", "", "..lng"},
+  };
+  for (const auto& row : rows) {
+    std::string path = "old";
+    Loc::Module::makePath(row.directory, row.name, row.language, path);
+    EXPECT_EQ(row.path, path);
+    path = row.directory;
+    Loc::Module::makePath(path, row.name, row.language, path);
+    EXPECT_EQ(row.path, path) << "into the directory itself";
+  }
+}
+
+TEST(Module, WordsErrors) {
+  const struct {
+    int code;
+    const char* firstLine;
+  } rows[] = {
+      {1, "Localization loading failed: Could not find or access localization"},
+      {2, "Localization loading failed: Localization data is invalid"},
+      {3, "Localization loading failed: Localization data has unsupported version"},
+      {4, "Localization loading failed: Localization character encoding is wrong"},
+      {5, "Localization loading failed: Localization and executable file versions are different"},
+      {6, "Localization loading failed: Error during file reading"},
+      {7, "Localization loading failed: Not enough memory"},
+      // codes that only a class of a client can return
+      {0, "Localization loading failed"},
+      {-1, "Localization loading failed"},
+      {8, "Localization loading failed"},
+      {INT32_MAX, "Localization loading failed"},
+  };
+  for (const auto& row : rows) {
+    std::string error = "old";
+    Loc::Module::makeError("/x/y.lng", row.code, &error);
+    EXPECT_EQ(std::string(row.firstLine) + "\n(file: /x/y.lng)", error) << row.code;
+  }
+  Loc::Module::makeError("/x/y.lng", 1, nullptr);
+}
+
+TEST(Module, LoadsTheFileOfItsLanguage) {
+  const EtcDir etc;
+  etc.put("m.eng.lng", LngFile({"english"}, 7).bytes());
+  etc.put("m.deu.lng", LngFile({"deutsch"}, 7).bytes());
+  etc.put("m.bad.lng", LngFile({"bad"}, 8).bytes());
+  etc.put("m..lng", LngFile({"none"}, 7).bytes());
+  const std::string missing = "Localization loading failed: Could not find or access localization";
+  const std::string stamps =
+      "Localization loading failed: Localization and executable file versions are different";
+  const struct {
+    const char* language;
+    bool mandatory, result;
+    std::string error, text;
+  } rows[] = {
+      {nullptr, true, true, "", "english"},
+      {"deu", true, true, "", "deutsch"},
+      {"", true, true, "", "none"},
+      {"fra", false, true, "", "before"},
+      {"fra", true, false, missing + "\n(file: " + etc.path + "m.fra.lng)", "before"},
+      {"bad", false, false, stamps + "\n(file: " + etc.path + "m.bad.lng)", "before"},
+      // a path is no language
+      {"/../m.eng", false, true, "", "before"},
+      {"x/../m.deu", true, false, missing + "\n(file: " + etc.path + "m.x/../m.deu.lng)", "before"},
+      {"/", true, false, missing + "\n(file: " + etc.path + "m./.lng)", "before"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.language ? row.language : "null");
+    TestModule module("m", row.mandatory);
+    loc_test::MemoryFile before(LngFile({"before"}, 7).bytes());
+    ASSERT_EQ(0, module.dictionary.load(before.get(), module.record));
+    std::string error;
+    EXPECT_EQ(row.result, module.load(row.language, &error));
+    EXPECT_EQ(row.error, error);
+    EXPECT_EQ(row.text, module.dictionary.getString(0));
+    EXPECT_EQ(row.result, module.load(row.language, nullptr));
+  }
+}
+
+TEST(Module, ThrowsWhereNobodyReadsTheFile) {
+  const EtcDir etc;
+  etc.put("m.eng.lng", "");
+  Loc::Module module;
+  EXPECT_FALSE(module.mandatory);
+  EXPECT_EQ("", module.name);
+  module.name = "m";
+  try {
+    module.load("eng", nullptr);
+    FAIL();
+  } catch (int code) {
+    EXPECT_EQ(-1, code);
+  }
+}
+
+TEST(Loader, LoadsInOrderAndStopsAtTheFirstFailure) {
+  const EtcDir etc;
+  etc.put("first.eng.lng", LngFile({"1"}, 7).bytes());
+  etc.put("third.eng.lng", LngFile({"3"}, 8).bytes());
+  etc.put("fourth.eng.lng", LngFile({"4"}, 7).bytes());
+  std::string error = "untouched";
+  Loc::Loader loader;
+  EXPECT_TRUE(loader.load("eng", &error));
+
+  auto* first = new TestModule("first", true);
+  auto* fourth = new TestModule("fourth", true);
+  loader.append(first);
+  loader.append(new TestModule("second", false));
+  loader.append(nullptr);
+  EXPECT_TRUE(loader.load("eng", &error));
+  EXPECT_EQ("untouched", error);
+  loader.append(new TestModule("third", true));
+  loader.append(fourth);
+  EXPECT_FALSE(loader.load("eng", &error));
+  EXPECT_NE(std::string::npos, error.find("(file: " + etc.path + "third.eng.lng)")) << error;
+  EXPECT_STREQ("1", first->dictionary.getString(0));
+  EXPECT_EQ(nullptr, fourth->dictionary.getString(0));
+}
+
+TEST(CommonCoreModule, HasItsRecordAndItsSlot) {
+  EXPECT_EQ(39, LCA_info.count);
+  EXPECT_EQ(8, LCA_info.encoding);
+  EXPECT_EQ(stamp, static_cast<std::uint32_t>(LCA_info.stamp));
+  EXPECT_EQ(cc::messageCount, LCA_info.count);
+
+  const EtcDir etc;
+  const KeepSlots keep;
+  TTT::dictionaries[3] = nullptr;
+  const struct {
+    std::string bytes;
+    const char* lineEnd;  // null: loads
+  } rows[] = {
+      {commonCoreFile("new"), nullptr},
+      {commonCoreFile("text", stamp, 38), ": Localization data is invalid\n"},
+      {commonCoreFile("text", stamp + 1),
+       ": Localization and executable file versions are different\n"},
+      {commonCoreFile().substr(0, 100), ": Error during file reading\n"},
+  };
+  for (const auto& row : rows) {
+    etc.put("common_core.eng.lng", row.bytes);
+    std::string error;
+    {
+      Loc::CommonCoreModule module;
+      EXPECT_EQ("common_core", module.name);
+      EXPECT_TRUE(module.mandatory);
+      ASSERT_NE(nullptr, TTT::dictionaries[3]);
+      EXPECT_EQ(!row.lineEnd, module.load("eng", &error));
+    }
+    if (row.lineEnd) {
+      EXPECT_NE(std::string::npos, error.find(row.lineEnd)) << error;
+    }
+    EXPECT_STREQ("new", TTT::dictionaries[3]->getString(38)) << "the slot and its texts stay";
+  }
+}
+
+TEST(CommonCoreModule, SharesOneDictionary) {
+  const KeepSlots keep;
+  const Loc::CommonCoreModule first;
+  const IDLocLoader* dictionary = TTT::dictionaries[3];
+  TTT::dictionaries[3] = nullptr;
+  const Loc::CommonCoreModule second;
+  EXPECT_EQ(dictionary, TTT::dictionaries[3]);
+}
+
+TEST(Module, SurvivesMissingMemory) {
+  const EtcDir etc;
+  etc.put("m.eng.lng", LngFile({"english"}, 7).bytes());
+  cc::test::sweepAllocations([&](AllocSweep& sweep) {
+    TestModule module("m", true);
+    std::string error;
+    bool loaded = false;
+    const bool returned = sweep.attempt([&] { loaded = module.load("eng", &error); });
+    EXPECT_EQ(loaded, module.dictionary.getString(0) != nullptr);
+    if (!sweep.hasFailed()) {
+      EXPECT_TRUE(loaded);
+    }
+    // The file's own loader turns missing memory into its code.
+    if (returned && !loaded) {
+      EXPECT_EQ(0u, error.find("Localization loading failed: Not enough memory\n")) << error;
+    }
+  });
+}
+
+}  // namespace

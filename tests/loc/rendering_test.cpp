@@ -1,0 +1,337 @@
+// Rendering: the placeholders, the slots, loading on the spot, and hostile bytes and dictionaries.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <memory>
+#include <random>
+
+#include "chpair.h"
+#include "loc_loader.h"
+#include "loc_module.h"
+#include "loc_support.h"
+#include "render_model.h"
+#include "tests/support/alloc_sweep.h"
+#include "tttproc.h"
+
+namespace {
+
+using cc::test::AllocSweep;
+using loc_test::bytesOf;
+using loc_test::Dictionary;
+using loc_test::EtcDir;
+using loc_test::hex;
+using loc_test::KeepSlots;
+using loc_test::LngFile;
+
+constexpr char notLoaded[] = "Some .loc dictionary is not loaded";
+
+// Words and nothing else, as a message.
+TTT words(std::initializer_list<int> list) {
+  TTT message;
+  for (const int word : list) message << word;
+  return message;
+}
+
+// The text, with "!" behind it where rendering threw because the bytes ended.
+std::string rendered(const TTT& message, IDLocLoader& dictionary) {
+  std::string out = "old";
+  try {
+    message.make(dictionary, out);
+  } catch (const Bag::Exception&) {
+    out += "!";
+  }
+  EXPECT_EQ(message.getBag().getSize(), message.getBag().getPosition());
+  return out;
+}
+
+TEST(Rendering, ExpandsPlaceholders) {
+  const TTT entry(LocDictionary3, 0);
+  const struct {
+    std::vector<std::string> texts;
+    TTT message;
+    const char* text;
+  } rows[] = {
+      {{}, TTT(), ""},
+      {{}, TTT("ab") <= "cd", "abcd"},
+      {{"plain"}, entry, "plain"},
+      {{"x", "y", "plain"}, words({2}), "plain"},
+      {{"plain"}, (TTT(entry) <= entry) <= "!", "plainplain!"},
+      // numbers
+      {{"%d%%%u"}, TTT(entry) << -5 << -5, "-5%4294967291"},
+      {{"%d %d"}, TTT(entry) << INT32_MIN << INT32_MAX, "-2147483648 2147483647"},
+      {{"%u %u"}, TTT(entry) << 0 << INT32_MAX, "0 2147483647"},
+      // texts are not aligned, words are
+      {{"%s%d"}, TTT(entry) << "abc" << 7, "abc7"},
+      {{"%s%d"}, TTT(entry) << "abcd" << 7, "abcd7"},
+      {{"[%s][%s]"}, TTT(entry) << "" << "%s %d", "[][%s %d]"},
+      // other messages stay as they are
+      {{"%i and %d", "100%% %d"}, TTT(entry) << 1 << 2, "100%% %d and 2"},
+      // only a percent sign
+      {{"100%%"}, entry, "100%"},
+      {{"%%%%d"}, entry, "%%d"},
+      // rendering stops
+      {{"before %", "next"}, TTT(entry) <= words({1}), "before "},
+      {{"before %x after"}, TTT(entry) <= "next", "before "},
+      {{"before % after"}, TTT(entry) <= "next", "before "},
+      {{"before %D"}, entry, "before "},
+      {{"%"}, entry, ""},
+      {{}, TTT("ab") <= words({100000}), "ab"},
+      {{}, TTT("ab") <= words({-3}), "ab"},
+      {{"text"}, (TTT("ab") <= TTT(static_cast<LocDictionaryId>(5), 0)) <= "cd", "ab"},
+      {{"text"}, TTT("ab") <= words({-2, -1, 0}), "ab"},
+      // numbers that the dictionary does not hold
+      {{"text"}, TTT("ab") <= words({1}), notLoaded},
+      {{"text"}, TTT("ab") <= words({99999}), notLoaded},
+      {{"text"}, TTT("ab") <= TTT(LocDictionary0, -1), notLoaded},
+      {{"text"}, TTT("ab") <= TTT(LocDictionary0, INT32_MIN), notLoaded},
+      {{"%i"}, TTT("ab") <= (TTT(entry) << 1), notLoaded},
+      {{"%i"}, TTT("ab") <= (TTT(entry) << -1), notLoaded},
+      {{}, TTT("ab") <= words({0}), notLoaded},
+      // the bytes end too early
+      {{"a%d"}, entry, "a!"},
+      {{"a%d%d"}, TTT(entry) << 1, "a1!"},
+      {{"a%s"}, entry, "a!"},
+      {{"a%i"}, entry, "a!"},
+      {{"text"}, words({-2}), "!"},
+      {{"text"}, words({-2, 3}), "!"},
+      {{"text"}, words({-1, 0x41414141}), "!"},
+      {{"text"}, TTT("ab") <= Bag("xyz", 3), "ab!"},
+  };
+  for (const auto& row : rows) {
+    IDLocLoader empty;
+    std::unique_ptr<Dictionary> loaded;
+    if (!row.texts.empty()) loaded = std::make_unique<Dictionary>(row.texts);
+    EXPECT_EQ(row.text, rendered(row.message, loaded ? *loaded : empty))
+        << hex(bytesOf(row.message.getBag())) << " with "
+        << (row.texts.empty() ? "nothing" : row.texts[0]);
+  }
+}
+
+TEST(Rendering, TakesTheSlotOfEachEntry) {
+  const KeepSlots keep;
+  Dictionary zero({"zero", "short"});
+  Dictionary one({"one"});
+  IDLocLoader* slots[] = {&zero, &one, nullptr, nullptr, &zero};
+  const struct {
+    const char* what;
+    TTT message;
+    const char *multi, *single;
+  } rows[] = {
+      {"both forms of slot 0", TTT(LocDictionary0, 0) <= words({1}), "zeroshort", "zeroshort"},
+      {"other slots", (TTT(LocDictionary1, 0) <= TTT(LocDictionary4, 1)), "oneshort", "zeroshort"},
+      {"an empty slot", TTT("x") <= TTT(LocDictionary2, 0), notLoaded, "xzero"},
+      {"number of another slot", TTT(LocDictionary1, 1), notLoaded, "short"},
+  };
+  for (const auto& row : rows) {
+    std::string out = "old";
+    TTT::make(slots, row.message.getBag(), out, true);
+    EXPECT_EQ(row.multi, out) << row.what;
+    TTT::make(slots, row.message.getBag(), out, false);
+    EXPECT_EQ(row.single, out) << row.what;
+    for (int i = 0; i < 5; ++i) TTT::dictionaries[i] = slots[i];
+    row.message.makeMulti(out);
+    EXPECT_EQ(row.multi, out) << row.what;
+    TTT::make(nullptr, row.message.getBag(), out, true);
+    EXPECT_EQ(notLoaded, out) << row.what;
+  }
+  std::string out;
+  TTT::make(nullptr, (TTT("ab") <= "cd").getBag(), out, true);
+  EXPECT_EQ("abcd", out);
+}
+
+TEST(Rendering, ReadsAMessageThatNobodyMayChange) {
+  const TTT text("text");
+  Bag moved = text.getBag();
+  moved.setPosition(2);
+  std::string out;
+  TTT::make(nullptr, moved, out, false);
+  EXPECT_EQ("text", out);
+  EXPECT_EQ(2, moved.getPosition());
+}
+
+// ---------------------------------------------------------------------- loading on the spot
+
+std::string commonCoreFile() {
+  std::vector<std::string> texts(39, "text");
+  texts[25] = "\nFile: %s";
+  return LngFile(texts, 0xF196B6AA).bytes();
+}
+
+class OnTheSpot : public testing::Test {
+ protected:
+  OnTheSpot() { TTT::dictionaries[3] = nullptr; }
+
+  std::string render() const {
+    std::string out = "old";
+    message.makeMulti(out);
+    return out;
+  }
+  std::string missing() const {
+    return "Localization loading failed: Could not find or access localization\n(file: " +
+           etc.path + "common_core.eng.lng)";
+  }
+
+  const EtcDir etc;
+  const KeepSlots keep;
+  const TTT message = TTT("error") <= (TTT(LocDictionaryCommonCore, 25) << "ab");
+};
+
+TEST_F(OnTheSpot, LoadsEnglish) {
+  etc.put("common_core.eng.lng", commonCoreFile());
+  EXPECT_EQ("error\nFile: ab", render());
+  EXPECT_NE(nullptr, TTT::dictionaries[3]);
+  etc.put("common_core.eng.lng", "damaged");
+  EXPECT_EQ("error\nFile: ab", render()) << "it is loaded once";
+}
+
+TEST_F(OnTheSpot, SaysWhyThatFails) {
+  EXPECT_EQ(missing(), render());
+  ASSERT_NE(nullptr, TTT::dictionaries[3]) << "registered all the same";
+}
+
+TEST_F(OnTheSpot, NeedsTheLibrarysOwnTable) {
+  etc.put("common_core.eng.lng", commonCoreFile());
+  IDLocLoader* slots[5] = {};
+  std::string out;
+  TTT::make(slots, message.getBag(), out, true);
+  EXPECT_EQ(notLoaded, out);
+  EXPECT_EQ(nullptr, slots[3]);
+  std::filesystem::remove(etc.path + "common_core.eng.lng");
+  TTT::make(slots, message.getBag(), out, true);
+  EXPECT_EQ(missing(), out);
+}
+
+TEST_F(OnTheSpot, KeepsOneModule) {
+  etc.put("common_core.eng.lng", commonCoreFile());
+  render();
+  const std::size_t blocks = cc::test::liveBlocks();
+  for (int i = 0; i < 40; ++i) {
+    TTT::dictionaries[3] = nullptr;
+    EXPECT_EQ("error\nFile: ab", render());
+  }
+  EXPECT_EQ(blocks, cc::test::liveBlocks());
+}
+
+TEST_F(OnTheSpot, CanBeTriedAgainAfterMemoryRanOut) {
+  etc.put("common_core.eng.lng", commonCoreFile());
+  render();
+  cc::test::sweepAllocations([&](AllocSweep& sweep) {
+    TTT::dictionaries[3] = nullptr;
+    std::string out;
+    const bool returned = sweep.attempt([&] { message.makeMulti(out); });
+    EXPECT_EQ(returned, TTT::dictionaries[3] != nullptr);
+    EXPECT_EQ(message.getBag().getSize(), message.getBag().getPosition());
+    EXPECT_EQ("error\nFile: ab", render()) << "texts of an earlier load stay";
+  });
+}
+
+// ---------------------------------------------------------------------- process exit
+
+bool renderAtExit = false;
+
+void printRendering(const char* when) {
+  if (!renderAtExit) return;
+  std::string out;
+  TTT(LocDictionaryCommonCore, 0).makeMulti(out);
+  std::fprintf(stderr, "%s: %s. ", when, out.c_str());
+}
+
+// Made before main, so after the library's own objects and destroyed before them.
+const struct PrintsWhenDestroyed {
+  ~PrintsWhenDestroyed() { printRendering("static object"); }
+} printsWhenDestroyed;
+
+// Runs after every static object is gone.
+__attribute__((destructor)) void afterAll() {
+  printRendering("after all");
+  TTT::dictionaries[3] = nullptr;
+  printRendering("without slot");
+}
+
+TEST_F(OnTheSpot, WorksDuringProcessExit) {
+  etc.put("common_core.eng.lng", commonCoreFile());
+  EXPECT_EXIT(
+      {
+        render();
+        std::atexit([] { printRendering("atexit"); });
+        renderAtExit = true;
+        std::exit(0);
+      },
+      testing::ExitedWithCode(0),
+      "atexit: text. static object: text. "
+      "after all: Some .loc dictionary is not loaded. "
+      "without slot: Some .loc dictionary is not loaded. ");
+}
+
+// ---------------------------------------------------------------------- hostile input
+
+std::string modelled(std::string_view bytes, const std::vector<std::string>& texts) {
+  loc_test::RenderModel model(bytes, texts);
+  const std::optional<std::string> text = model.render();
+  return text ? *text : model.out + "!";
+}
+
+TEST(Rendering, StaysInsideEveryPrefix) {
+  const std::vector<std::string> texts = {"a%d b%s c%i%% %u", "e"};
+  Dictionary dictionary(texts);
+  const TTT whole = (TTT("head") <= (TTT(LocDictionary3, 0) << -1 << "xyz" << 1 << 9)) <= words({1});
+  const std::string_view bytes = bytesOf(whole.getBag());
+  for (std::size_t n = 0; n <= bytes.size(); ++n) {
+    const TTT prefix(Bag(bytes.data(), static_cast<int>(n)));
+    EXPECT_EQ(modelled(bytes.substr(0, n), texts), rendered(prefix, dictionary)) << n;
+  }
+}
+
+TEST(Rendering, AgreesWithThePlainWalkOnRandomInput) {
+  std::mt19937 random(20240611);
+  const auto pick = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+  constexpr const char* pieces[] = {"%d", "%u", "%s", "%i", "%%", "a", "long text ", "%", "%x", "\n"};
+  for (int round = 0; round < 3000; ++round) {
+    std::vector<std::string> texts(3);
+    for (std::string& text : texts) {
+      // The rare last pieces end a rendering.
+      for (int i = pick(6); i > 0; --i) text += pieces[pick(pick(4) ? 7 : 10)];
+    }
+    TTT message;
+    for (int i = pick(12); i > 0; --i) {
+      const int kind = pick(8);
+      if (kind < 3) message <= TTT(static_cast<LocDictionaryId>(pick(20) ? 3 : pick(8)), pick(4));
+      if (kind == 3) message <= "text";
+      if (kind == 4) message << pick(4);
+      if (kind == 5) message << static_cast<int>(random());
+      if (kind >= 6) message << "arg";
+    }
+    Dictionary dictionary(texts);
+    std::string bytes(bytesOf(message.getBag()));
+    if (!bytes.empty() && pick(3) == 0) bytes[random() % bytes.size()] = static_cast<char>(random());
+    const TTT damaged(Bag(bytes.data(), static_cast<int>(bytes.size())));
+    ASSERT_EQ(modelled(bytes, texts), rendered(damaged, dictionary))
+        << "round " << round << ": " << hex(bytes);
+  }
+}
+
+TEST(Rendering, PassesMissingMemoryOn) {
+  Dictionary dictionary({std::string(100, 'a') + "%s%d" + std::string(500, 'b')});
+  const TTT message = TTT(LocDictionary0, 0) << "argument" << 5;
+  std::string whole;
+  message.make(dictionary, whole);
+  cc::test::sweepAllocations([&](AllocSweep& sweep) {
+    std::string out;
+    const bool done = sweep.attempt([&] { message.make(dictionary, out); });
+    EXPECT_EQ(done ? whole : whole.substr(0, out.size()), out);
+    EXPECT_EQ(message.getBag().getSize(), message.getBag().getPosition());
+  });
+}
+
+TEST(Rendering, CostsLinearTime) {
+  // The only memory that rendering takes is that of the growing text.
+  Dictionary dictionary({"%d%%%s%i", "text"});
+  TTT message;
+  for (int i = 0; i < 20000; ++i) message <= (TTT(LocDictionary0, 0) << i << "arg" << 1);
+  std::string out;
+  const cc::test::AllocCount count;
+  message.make(dictionary, out);
+  EXPECT_LT(count.bytes(), 6 * out.size());
+}
+
+}  // namespace
