@@ -3,9 +3,9 @@
 #include <cstdio>
 #include <cstring>
 
+#include "charproc.h"
 #include "charr.h"
 #include "chpair.h"
-#include "charproc.h"
 #include "utf8proc.h"
 
 int main() {
@@ -22,13 +22,14 @@ int main() {
   ChPair value(" colour = dark red ");
   value.split(key, '=', value);
   ChArr copy;
-  copy.assign(value.trimmed().begin, value.end);
+  value.trimmed();
+  copy.assign(value.begin, value.end);
   copy.insert("<");
   copy += ">";
   std::printf("%s\n", copy.c_str());
 }
 
 // Prints:
-// 21 bytes, 20 characters, valid
+// 18 bytes, 17 characters, valid
 // found at byte 4
 // <dark red>

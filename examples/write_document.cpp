@@ -35,5 +35,6 @@ int main() {
 
 // Prints:
 // <users>
-//   <user name="Ada &lt;&quot;the first&quot;&gt;" rights="read run" since="1970-01-02T00:00:00" quota="2.500000"/>
+//   <user name="Ada &lt;&quot;the first&quot;&gt;" rights="read run" since="1970-01-02T00:00:00"
+//   quota="2.500000"/>
 // </users>

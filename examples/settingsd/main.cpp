@@ -8,7 +8,7 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <cstring>
+#include <utility>
 
 #include "charproc.h"
 #include "loc_loader.h"
@@ -47,6 +47,8 @@ std::string folder(const char* path) {
   return folder;
 }
 
+void report(FILE* stream, const TTT& message) { utf8printf_s(stream, lineOf(message).c_str()); }
+
 void reportChanges(const Settings& before, const Settings& now) {
   for (const auto& [name, setting] : now) {
     const auto old = before.find(name);
@@ -55,21 +57,26 @@ void reportChanges(const Settings& before, const Settings& now) {
   }
 }
 
+void reportProblems(const std::vector<std::string>& before, const std::vector<std::string>& now) {
+  if (before != now)
+    for (const std::string& problem : now) utf8printf_s(stderr, problem.c_str());
+}
+
 void run(const std::string& source, const std::string& target, unsigned int seconds) {
-  Settings known;
-  loadState(target + "settings.state", known);
+  Reading known;
+  loadState(target + "settings.state", known.settings);
   for (unsigned int pass = 0; !stopping; ++pass) {
-    Settings now;
-    const int documents = readDirectory(source, now);
+    Reading now = readDirectory(source);
     if (pass == 0)
-      report(stdout, TTT(LocDictionary0, MessageStarted) << static_cast<int>(now.size())
-                                                         << documents);
-    reportChanges(known, now);
-    if (known != now) {
-      saveState(target + "settings.state", now);
-      saveDocument(target + "settings.xml", now);
-      known = now;
+      report(stdout, TTT(LocDictionary0, MessageStarted)
+                         << static_cast<int>(now.settings.size()) << now.documents);
+    reportProblems(known.problems, now.problems);
+    reportChanges(known.settings, now.settings);
+    if (known.settings != now.settings) {
+      saveState(target + "settings.state", now.settings);
+      saveDocument(target + "settings.xml", now.settings);
     }
+    known = std::move(now);
     std::fflush(stdout);
     if (seconds && pass + 1 >= seconds) break;
     sleep(1);

@@ -4,10 +4,8 @@
 #include "settings.h"
 
 #include <algorithm>
-#include <vector>
 
 #include "ffproc.h"
-#include "utf8io.h"
 
 namespace settingsd {
 
@@ -47,8 +45,8 @@ void checkInteger(MLDoc& doc, const MLDoc::Token& token, const std::string& name
   const long long low = doc.getInt(min);
   const long long high = doc.getInt(max);
   if (value < low || value > high)
-    doc.erro(TTT(LocDictionary0, MessageOutOfRange) << name.c_str() << static_cast<int>(low)
-                                                    << static_cast<int>(high));
+    doc.erro(TTT(LocDictionary0, MessageOutOfRange)
+             << name.c_str() << static_cast<int>(low) << static_cast<int>(high));
 }
 
 void readSetting(MLDoc& doc, MLDoc::Token& token, Settings& settings) {
@@ -60,51 +58,57 @@ void readSetting(MLDoc& doc, MLDoc::Token& token, Settings& settings) {
   ChPair raw = doc.getAttributeValue(token, "value");
   if (raw.isEmpty() && !token.closing) raw = doc.content(token);
   switch (setting.kind) {
-    case 0: checkInteger(doc, token, name, raw); break;
-    case 1: doc.getDouble(raw); break;
-    case 2: break;
-    case 3: setting.kind = kSwitch[0].translate(raw) < 0 ? -1 : 3; break;
-    default: break;
+    case 0:
+      checkInteger(doc, token, name, raw);
+      break;
+    case 1:
+      doc.getDouble(raw);
+      break;
+    case 2:
+      break;
+    case 3:
+      setting.kind = kSwitch[0].translate(raw) < 0 ? -1 : 3;
+      break;
+    default:
+      break;
   }
   if (setting.kind < 0) doc.erro(TTT(LocDictionary0, MessageUnknownKind) << name.c_str());
   setting.value = decoded(doc, raw);
   settings[name] = setting;
 }
 
-bool readDocument(const std::string& path, Settings& settings) {
+void readDocument(const std::string& path, Reading& reading) {
   MLDoc doc;
   MLDoc::Token token;
   try {
     doc.load(path.c_str());
     for (MLDoc::ChildIterator top(&doc, token); top("settings");)
       for (MLDoc::ChildIterator child(&doc, token); child("setting");)
-        readSetting(doc, token, settings);
-    return true;
+        readSetting(doc, token, reading.settings);
+    ++reading.documents;
   } catch (const TTT& failure) {
-    report(stderr, failure);
-    return false;
+    reading.problems.push_back(lineOf(failure));
   }
 }
 
 }  // namespace
 
-void report(FILE* stream, const TTT& message) {
+std::string lineOf(const TTT& message) {
   std::string text;
   message.makeMulti(text);
-  text += '\n';
-  utf8printf_s(stream, text.c_str());
+  return text += '\n';
 }
 
-int readDirectory(const std::string& directory, Settings& settings) {
+Reading readDirectory(const std::string& directory) {
   std::vector<std::string> names;
   ZFindFile files(directory.c_str());
   while (files.next()) names.emplace_back(files.entry->d_name);
   std::sort(names.begin(), names.end());
-  int read = 0;
+  Reading reading;
   for (const std::string& name : names)
     if (name.size() > 4 && name.compare(name.size() - 4, 4, ".xml") == 0)
-      read += readDocument(directory + name, settings) ? 1 : 0;
-  return read;
+      readDocument(directory + name, reading);
+  return reading;
 }
 
 }  // namespace settingsd

@@ -3,6 +3,7 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 #include "mlproc.h"
 
@@ -36,12 +37,19 @@ using Settings = std::map<std::string, Setting>;
 extern const PairTag kKinds[];
 extern const PairTag kFlags[];
 
-/// Renders a message and prints it as a line.
-void report(FILE* stream, const TTT& message);
+/// The text of a message in the user's language, as a line.
+std::string lineOf(const TTT& message);
 
-/// Reads every document of the directory (a path that ends with "/"). What is wrong with one is
-/// reported and the rest goes on. Returns the number of documents read without an error.
-int readDirectory(const std::string& directory, Settings& settings);
+/// What a directory of documents says.
+struct Reading {
+  Settings settings;
+  std::vector<std::string> problems;  ///< texts of what is wrong, in the order of the documents
+  int documents = 0;                  ///< how many were read without an error
+};
+
+/// Reads every document of the directory (a path that ends with "/"). A document with an error
+/// gives what stands before the error, and the rest goes on.
+Reading readDirectory(const std::string& directory);
 
 /// Keeps the settings as a record stream, one bag each; reads them back. A missing or damaged
 /// stream gives what can be read of it.
