@@ -80,7 +80,7 @@ class NewFile {
     if (!path.empty()) platform::unlinkPath(path.c_str());
   }
 
-  int createBeside(const Target& target);
+  int create(const std::string& folder, unsigned int permissions);
   int write(const char* data, std::size_t n);
   int takeOwnerAndPermissions(const platform::FileStatus& status);
   int sync() { return platform::syncFile(fd) == 0 ? 0 : errno; }
@@ -92,12 +92,11 @@ class NewFile {
   std::string path;  // empty while there is no file
 };
 
-int NewFile::createBeside(const Target& target) {
-  const unsigned int permissions = target.exists ? 0600 : 0666;
+int NewFile::create(const std::string& folder, unsigned int permissions) {
   for (int tries = 0; tries < mostNames; ++tries) {
     unsigned char bytes[16];
     if (platform::randomBytes(bytes, sizeof(bytes)) != 0) return errno;
-    std::string name = folderOf(target.path) + ".save-";
+    std::string name = folder + ".save-";
     for (const unsigned char byte : bytes) {
       name += "0123456789abcdef"[byte >> 4];
       name += "0123456789abcdef"[byte & 15];
@@ -148,8 +147,7 @@ int NewFile::replace(const Target& target) {
 
 /// Makes the renaming itself lasting. A failure is none of the save's: whichever file the folder
 /// names after a crash is whole.
-void syncFolderOf(const Target& target) {
-  const std::string folder = folderOf(target.path);
+void syncFolder(const std::string& folder) {
   const int fd =
       platform::openFile(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY, 0);
   if (fd < 0) return;
@@ -164,15 +162,16 @@ void replaceWhole(const char* path, const char* data, std::size_t size) {
   };
   Target target;
   check(MsgOpenFailed, target.resolve(path));
+  const std::string folder = folderOf(target.path);  // after the renaming nothing may throw
   NewFile file;
-  check(MsgOpenFailed, file.createBeside(target));
+  check(MsgOpenFailed, file.create(folder, target.exists ? 0600 : 0666));
   const int written = file.write(data, size);
   check(written == stoppedShort ? MsgWriteStopped : MsgWriteFailed, written);
   if (target.exists) check(MsgOpenFailed, file.takeOwnerAndPermissions(target.status));
   check(MsgFlushFailed, file.sync());
   check(MsgCloseFailed, file.close());
   check(MsgWriteFailed, file.replace(target));
-  syncFolderOf(target);
+  syncFolder(folder);
 }
 
 }  // namespace
