@@ -13,9 +13,9 @@ void writeUsers(MLDocOut& out) {
   out.beginItem("users");
   out.beginChildren();
   out.beginItem("user");
-  out.writeStrAttr("name", "Ada <\"the first\">", true);
+  out.writeStrAttr("name", "Ada <first>", true);
   out.writeFlagsAttr("rights", 5, kRights);
-  out.writeDateAttr("since", 86400, true);
+  out.writeDateAttr("on", 86400, true);
   out.writeDoubleAttr("quota", 2.5, true);
   out.endItem(nullptr);
   out.endItem("users");
@@ -35,6 +35,5 @@ int main() {
 
 // Prints:
 // <users>
-//   <user name="Ada &lt;&quot;the first&quot;&gt;" rights="read run" since="1970-01-02T00:00:00"
-//   quota="2.500000"/>
+//   <user name="Ada &lt;first&gt;" rights="read run" on="1970-01-02T00:00:00" quota="2.500000"/>
 // </users>
