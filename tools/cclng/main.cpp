@@ -35,7 +35,7 @@ Dictionaries of translated messages: from documents, one per language, to the
 A document:
 
   <dictionary name="editor" language="eng">
-    <message number="0" note="For translators: after saving.">Saved %s.</message>
+    <message number="0" note="For translators.">Saved %s.</message>
     <message number="1">%d of %d lines were changed.</message>
   </dictionary>
 

@@ -52,10 +52,10 @@ class Reader {
   Reader(const std::string& bytes, Findings& list) : doc(bytes), findings(list) {}
 
   Catalogue read() {
-    const char* last = doc.begin();
+    behind = doc.begin();
     while (next()) {
-      text(last, token.tag.begin);
-      last = token.tag.end;
+      text(behind, token.tag.begin);
+      behind = token.tag.end;
       if (token.type != MLDoc::Token::Element) {
         skipped();
       } else if (token.opening) {
@@ -64,7 +64,7 @@ class Reader {
         end();
       }
     }
-    text(last, doc.end());
+    text(behind, doc.end());
     finish();
     return std::move(catalogue);
   }
@@ -81,6 +81,7 @@ class Reader {
       } catch (const TTT& error) {
         findings.add(doc.here(), tools::describe(error));
         inMessage = false;
+        behind = doc.begin() + doc.offset();
         if (doc.offset() == before) return false;
       }
     }
@@ -262,6 +263,7 @@ class Reader {
   Findings& findings;
   Catalogue catalogue;
   MLDoc::Token token;
+  const char* behind = nullptr;   // end of the markup before the current one
   std::vector<std::string> open;  // names of the elements around the current place
   Message message;                // the one being read
   const char* content = nullptr;  // where its text begins
