@@ -10,7 +10,9 @@ if(sources)
   add_library(paths SHARED ${sources})
   set_target_properties(paths PROPERTIES VERSION ${PROJECT_VERSION}
                         SOVERSION ${PROJECT_VERSION_MAJOR})
-  target_include_directories(paths PUBLIC "${PROJECT_SOURCE_DIR}/platform/libpaths")
+  add_library(common_core::paths ALIAS paths)
+  target_include_directories(paths PUBLIC
+                             "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/platform/libpaths>")
   target_include_directories(paths PRIVATE "${PROJECT_SOURCE_DIR}/include"
                              "${PROJECT_SOURCE_DIR}")
   target_compile_definitions(
@@ -43,20 +45,22 @@ if(CC_STATIC_LIBRARIES)
   target_link_libraries(cc_internal INTERFACE "$<LINK_GROUP:RESCAN,${group}>"
                         ${CC_PATHS_TARGET})
 
-  set(map "${PROJECT_SOURCE_DIR}/packaging/common_core.map")
   add_library(common_core SHARED ${objects})
   add_library(common_core::common_core ALIAS common_core)
   set_target_properties(common_core PROPERTIES VERSION ${PROJECT_VERSION} LINKER_LANGUAGE CXX
-                        SOVERSION ${PROJECT_VERSION_MAJOR} LINK_DEPENDS "${map}")
-  target_include_directories(common_core PUBLIC "${PROJECT_SOURCE_DIR}/include")
+                        SOVERSION ${PROJECT_VERSION_MAJOR})
+  target_include_directories(common_core PUBLIC
+                             "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>")
   target_compile_features(common_core INTERFACE cxx_std_17)
-  target_link_libraries(common_core PUBLIC ${CC_PATHS_TARGET})
-  target_link_options(common_core PRIVATE "-Wl,--version-script=${map}")
+  target_link_libraries(common_core PRIVATE ${CC_PATHS_TARGET})
 endif()
 
+set(map "${PROJECT_SOURCE_DIR}/packaging/common_core.map")
 foreach(library IN ITEMS common_core paths)
   if(TARGET ${library})
-    target_link_options(${library} PRIVATE -Wl,-z,relro,-z,now -Wl,-z,noexecstack)
+    set_target_properties(${library} PROPERTIES LINK_DEPENDS "${map}")
+    target_link_options(${library} PRIVATE "-Wl,--version-script=${map}" -Wl,-z,relro,-z,now
+                        -Wl,-z,noexecstack)
     # Clang keeps the sanitizer's runtime in the program, so the library's references stay open.
     if(NOT (COMMON_CORE_SANITIZE AND CMAKE_CXX_COMPILER_ID MATCHES Clang))
       target_link_options(${library} PRIVATE -Wl,--no-undefined)
