@@ -1,0 +1,286 @@
+// RunDetector on one process: contents of the pid file, what else may stand at its path, whose
+// process counts as a copy.
+
+#include "rundetector.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+
+#include "tests/process/pid_folder.h"
+
+namespace {
+
+using cc::test::fileBytes;
+using cc::test::openDescriptors;
+using cc::test::PidFolder;
+using cc::test::putFile;
+
+/// A copy of a small program of the system under another name, which runs until the end.
+class OtherProgram {
+ public:
+  explicit OtherProgram(const std::string& path) {
+    std::filesystem::copy_file("/bin/sleep", path);
+    int started[2];
+    EXPECT_EQ(0, ::pipe2(started, O_CLOEXEC));
+    id = ::fork();
+    if (id == 0) {
+      ::execl(path.c_str(), path.c_str(), "600", nullptr);
+      ::_exit(127);
+    }
+    ::close(started[1]);
+    char byte;
+    EXPECT_EQ(0, ::read(started[0], &byte, 1)) << "closed by the new program";
+    ::close(started[0]);
+  }
+  OtherProgram(const OtherProgram&) = delete;
+  OtherProgram& operator=(const OtherProgram&) = delete;
+  ~OtherProgram() { stop(); }
+  void stop() {
+    if (id > 0) {
+      ::kill(id, SIGKILL);
+      ::waitpid(id, nullptr, 0);
+    }
+    id = -1;
+  }
+
+  pid_t id;
+};
+
+std::string own(const std::string& before = "", const std::string& after = "") {
+  return before + std::to_string(::getpid()) + after;
+}
+
+TEST(RunDetector, LocksAndUnlocks) {
+  const PidFolder folder;
+  const std::string path = folder / "viewer.pid";
+  const int descriptors = openDescriptors();
+  RunDetector detector("viewer", nullptr);
+  EXPECT_EQ(RunDetector::NoPidFile, detector.getState());
+  EXPECT_EQ(0, folder.count()) << "looking changes nothing";
+  EXPECT_TRUE(detector.lock());
+  EXPECT_EQ(own(), fileBytes(path));
+  EXPECT_EQ(RunDetector::Running, detector.getState());
+  EXPECT_FALSE(detector.lock());
+  RunDetector second("viewer", nullptr);
+  EXPECT_EQ(RunDetector::Running, second.getState());
+  EXPECT_FALSE(second.lock());
+  second.unlock();
+  EXPECT_EQ(own(), fileBytes(path)) << "removed by one that never locked";
+  detector.unlock();
+  EXPECT_EQ(RunDetector::NoPidFile, detector.getState());
+  EXPECT_EQ(0, folder.count());
+  EXPECT_TRUE(second.lock());
+  detector.unlock();
+  EXPECT_EQ(own(), fileBytes(path)) << "unlocked twice";
+  second.unlock();
+  { EXPECT_TRUE(RunDetector("viewer", nullptr).lock()); }
+  EXPECT_EQ(own(), fileBytes(path)) << "removed by destruction";
+  EXPECT_EQ(descriptors, openDescriptors());
+}
+
+TEST(RunDetector, ContentsOfThePidFile) {
+  const PidFolder folder;
+  const std::string path = folder / "a.pid";
+  const std::string wrapped32 = std::to_string((1LL << 32) + ::getpid());
+  const std::string wrapped64 = std::to_string(~0ULL / 10) + "9" + own();
+  struct Row {
+    std::string content;
+    int state;
+  };
+  const Row rows[] = {
+      // what other writers may add
+      {own(), RunDetector::Running},
+      {own(" \t\r\n\v\f"), RunDetector::Running},
+      {own(std::string(1000, ' ')), RunDetector::Running},
+      {own("000"), RunDetector::Running},
+      {own("+"), RunDetector::Running},
+      {own("", "\n"), RunDetector::Running},
+      {own("", " other text"), RunDetector::Running},
+      {own("", "x"), RunDetector::Running},
+      // no number
+      {"", RunDetector::StalePidFile},
+      {"abc", RunDetector::StalePidFile},
+      {"   ", RunDetector::StalePidFile},
+      {own("x"), RunDetector::StalePidFile},
+      {own("+ "), RunDetector::StalePidFile},
+      {own(std::string(1, '\0')), RunDetector::StalePidFile},
+      // no process id
+      {"0", RunDetector::StalePidFile},
+      {own("-"), RunDetector::StalePidFile},
+      {"2147483647", RunDetector::StalePidFile},
+      {"2147483648", RunDetector::StalePidFile},
+      {wrapped32, RunDetector::StalePidFile},
+      {wrapped64, RunDetector::StalePidFile},
+      {"18446744073709551615", RunDetector::StalePidFile},
+      {std::string(5000, '9'), RunDetector::StalePidFile},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(testing::PrintToString(row.content));
+    putFile(path, row.content);
+    RunDetector detector("a", nullptr);
+    EXPECT_EQ(row.state, detector.getState());
+    EXPECT_EQ(row.content, fileBytes(path));
+    EXPECT_EQ(row.state != RunDetector::Running, detector.lock());
+    if (row.state != RunDetector::Running) {
+      EXPECT_EQ(own(), fileBytes(path));
+    }
+  }
+}
+
+TEST(RunDetector, WhoseProcessCounts) {
+  const PidFolder folder;
+  const std::string path = folder / "a.pid";
+  OtherProgram viewer(folder / "viewer");
+  const auto stateFor = [](const char* name) { return RunDetector("a", name).getState(); };
+  putFile(path, std::to_string(viewer.id));
+  EXPECT_EQ(RunDetector::Running, stateFor("viewer"));
+  EXPECT_EQ(RunDetector::Running, stateFor("")) << "any process counts";
+  for (const char* name : {"Viewer", "viewe", "viewer2", "/viewer", "viewer (deleted)"}) {
+    EXPECT_EQ(RunDetector::StalePidFile, stateFor(name)) << name;
+  }
+  EXPECT_EQ(RunDetector::StalePidFile, stateFor(nullptr)) << "another program";
+
+  // The running copy was updated: its file is another one now, or gone.
+  std::filesystem::copy_file("/bin/sleep", folder / "new");
+  ASSERT_EQ(0, ::rename((folder / "new").c_str(), (folder / "viewer").c_str()));
+  EXPECT_EQ(RunDetector::Running, stateFor("viewer"));
+  EXPECT_FALSE(RunDetector("a", "viewer").lock());
+  ASSERT_EQ(0, ::unlink((folder / "viewer").c_str()));
+  EXPECT_EQ(RunDetector::Running, stateFor("viewer"));
+  EXPECT_EQ(RunDetector::StalePidFile, stateFor("other"));
+
+  viewer.stop();
+  EXPECT_EQ(RunDetector::StalePidFile, stateFor("viewer"));
+  EXPECT_EQ(RunDetector::StalePidFile, stateFor(""));
+  const OtherProgram marked(folder / "odd (deleted)");
+  putFile(path, std::to_string(marked.id));
+  EXPECT_EQ(RunDetector::Running, stateFor("odd (deleted)")) << "its very name";
+}
+
+TEST(RunDetector, ProcessOfAnotherUserCounts) {
+  if (::geteuid() != 0) GTEST_SKIP() << "needs two users";
+  const PidFolder folder;
+  putFile(folder / "a.pid", own());
+  ASSERT_EQ(0, ::chmod((folder / "").c_str(), 0755));
+  EXPECT_EQ(0, cc::test::inChild([] {
+              if (::setgid(65534) != 0 || ::setuid(65534) != 0) return 9;
+              RunDetector detector("a", "whatever");  // its executable cannot be read
+              return detector.getState() == RunDetector::Running && !detector.lock() ? 0 : 1;
+            }));
+  putFile(folder / "a.pid", "1");
+  ASSERT_EQ(0, ::chmod((folder / "a.pid").c_str(), 0600));
+  EXPECT_EQ(0, cc::test::inChild([] {
+              if (::setgid(65534) != 0 || ::setuid(65534) != 0) return 9;
+              RunDetector detector("a", nullptr);  // the pid file cannot be read
+              return detector.getState() == RunDetector::NoPidFile && !detector.lock() ? 0 : 1;
+            }));
+  EXPECT_EQ("1", fileBytes(folder / "a.pid"));
+}
+
+TEST(RunDetector, OnlyARegularFileIsAPidFile) {
+  const PidFolder folder;
+  const std::string victim = putFile(folder / "victim", "victim");
+  struct Row {
+    const char* name;
+    bool (*make)(const char* path);
+  };
+  const Row rows[] = {
+      {"link", [](const char* path) { return ::symlink("victim", path) == 0; }},
+      {"dangling", [](const char* path) { return ::symlink("fresh", path) == 0; }},
+      {"loop", [](const char* path) { return ::symlink("loop.pid", path) == 0; }},
+      {"pipe", [](const char* path) { return ::mkfifo(path, 0666) == 0; }},
+      {"directory", [](const char* path) { return ::mkdir(path, 0777) == 0; }},
+      {"device", [](const char* path) { return ::mknod(path, S_IFCHR | 0666, 0x103) == 0; }},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    const std::string path = folder / (std::string(row.name) + ".pid");
+    if (!row.make(path.c_str())) continue;  // a device needs privileges
+    struct stat before {};
+    ASSERT_EQ(0, ::lstat(path.c_str(), &before));
+    const int descriptors = openDescriptors();
+    ::alarm(20);  // ends a test that waits for a pipe's other end
+    RunDetector detector(row.name, nullptr);
+    EXPECT_EQ(RunDetector::NoPidFile, detector.getState());
+    EXPECT_FALSE(detector.lock());
+    detector.unlock();
+    ::alarm(0);
+    struct stat after {};
+    ASSERT_EQ(0, ::lstat(path.c_str(), &after));
+    EXPECT_EQ(before.st_mode, after.st_mode);
+    EXPECT_EQ(before.st_ino, after.st_ino);
+    EXPECT_EQ(descriptors, openDescriptors());
+  }
+  EXPECT_EQ("victim", fileBytes(victim));
+  EXPECT_EQ("(no file)", fileBytes(folder / "fresh"));
+}
+
+TEST(RunDetector, UnlockRemovesOnlyItsOwnFile) {
+  const PidFolder folder;
+  const std::string path = folder / "a.pid";
+  {
+    RunDetector detector("a", nullptr);
+    ASSERT_TRUE(detector.lock());
+    EXPECT_EQ(0, cc::test::inChild([&] {
+                detector.unlock();
+                return 0;
+              }));
+    EXPECT_EQ(own(), fileBytes(path)) << "removed by a child";
+    putFile(path, "1");
+    detector.unlock();
+    EXPECT_EQ("1", fileBytes(path)) << "taken over by somebody else";
+  }
+  {
+    RunDetector detector("b", nullptr);
+    ASSERT_TRUE(detector.lock());
+    ASSERT_EQ(0, ::unlink((folder / "b.pid").c_str()));
+    ASSERT_EQ(0, ::symlink("a.pid", (folder / "b.pid").c_str()));
+    detector.unlock();
+    EXPECT_EQ("1", fileBytes(path));
+    EXPECT_EQ("1", fileBytes(folder / "b.pid"));
+  }
+}
+
+TEST(RunDetector, FailsWhereNoFileCanBeWritten) {
+  const PidFolder folder;
+  RunDetector missing("missing/a", nullptr);
+  EXPECT_EQ(RunDetector::NoPidFile, missing.getState());
+  EXPECT_FALSE(missing.lock());
+  EXPECT_EQ(0, folder.count());
+}
+
+TEST(RunDetector, WaitsForTheAdvisoryLockButNotForEver) {
+  using Clock = std::chrono::steady_clock;
+  const PidFolder folder;
+  const std::string path = putFile(folder / "a.pid", "");
+  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  ASSERT_EQ(0, ::flock(fd, LOCK_EX));
+  RunDetector detector("a", nullptr);
+  EXPECT_EQ(RunDetector::StalePidFile, detector.getState()) << "looking needs no lock";
+  const Clock::time_point start = Clock::now();
+  EXPECT_FALSE(detector.lock());
+  EXPECT_GE(Clock::now() - start, std::chrono::milliseconds(1900));
+  EXPECT_EQ("", fileBytes(path));
+
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::usleep(100000);
+    ::flock(fd, LOCK_UN);
+    ::_exit(0);
+  }
+  EXPECT_TRUE(detector.lock());
+  ::waitpid(child, nullptr, 0);
+  EXPECT_EQ(0, ::flock(fd, LOCK_EX | LOCK_NB)) << "the lock is kept after `lock` returned";
+  ::flock(fd, LOCK_UN);
+  detector.unlock();
+  EXPECT_EQ(0, folder.count());
+  ::close(fd);
+}
+
+}  // namespace

@@ -1,0 +1,162 @@
+// RunDetector among processes that start, leave and die at the same moment.
+//
+// CC_RACE_ROUNDS sets the number of rounds of each race, 60 when unset.
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <vector>
+
+#include "rundetector.h"
+#include "tests/process/pid_folder.h"
+
+namespace {
+
+using cc::test::exitCode;
+using cc::test::fileBytes;
+using cc::test::PidFolder;
+using cc::test::putFile;
+using cc::test::startChild;
+
+int rounds() {
+  const char* text = std::getenv("CC_RACE_ROUNDS");
+  return text ? std::atoi(text) : 60;
+}
+
+/// A pipe whose readers go on when the writing end is closed.
+class Gate {
+ public:
+  Gate() { EXPECT_EQ(0, ::pipe(ends)); }
+  Gate(const Gate&) = delete;
+  Gate& operator=(const Gate&) = delete;
+  ~Gate() {
+    open();
+    ::close(ends[0]);
+  }
+  /// In the parent: lets everybody through who waits now or later.
+  void open() {
+    if (ends[1] >= 0) ::close(ends[1]);
+    ends[1] = -1;
+  }
+  /// In a child.
+  void wait() {
+    open();
+    char byte;
+    while (::read(ends[0], &byte, 1) > 0) {
+    }
+  }
+
+ private:
+  int ends[2] = {-1, -1};
+};
+
+/// Lets `count` copies lock at the same moment and live until all have tried; the ids of those
+/// that succeeded.
+std::vector<pid_t> startTogether(int count, const std::string& name, bool winnerUnlocks) {
+  Gate start;
+  Gate end;
+  int tried[2];
+  EXPECT_EQ(0, ::pipe(tried));
+  std::vector<pid_t> children;
+  for (int i = 0; i < count; ++i) {
+    children.push_back(startChild([&] {
+      RunDetector detector("app", name.c_str());
+      end.open();
+      start.wait();
+      const char won = detector.lock() ? 1 : 0;
+      if (::write(tried[1], &won, 1) != 1) return 9;
+      end.wait();
+      if (winnerUnlocks) detector.unlock();
+      return static_cast<int>(won);
+    }));
+  }
+  start.open();
+  char byte;
+  for (int i = 0; i < count; ++i) EXPECT_EQ(1, ::read(tried[0], &byte, 1));
+  const std::string holder =
+      fileBytes(std::getenv("COMMON_CORE_DATA_DIR") + std::string("app.pid"));
+  end.open();
+  std::vector<pid_t> winners;
+  for (const pid_t child : children) {
+    const int code = exitCode(child);
+    EXPECT_TRUE(code == 0 || code == 1);
+    if (code == 1) winners.push_back(child);
+  }
+  if (winners.size() == 1) {
+    EXPECT_EQ(std::to_string(winners[0]), holder);
+  }
+  ::close(tried[0]);
+  ::close(tried[1]);
+  return winners;
+}
+
+class StartRace : public testing::TestWithParam<int> {};
+
+TEST_P(StartRace, ExactlyOneCopySucceeds) {
+  const PidFolder folder;
+  const std::string path = folder / "app.pid";
+  const std::string name = cc::test::nameSeenByOthers();
+  for (int round = 0; round < rounds(); ++round) {
+    // What the copies find: nothing, garbage, an id above all others, the previous winner's file.
+    if (round % 4 == 0) ::unlink(path.c_str());
+    if (round % 4 == 1) putFile(path, "garbage that is longer than a number");
+    if (round % 4 == 2) putFile(path, "2147483646");
+    const bool winnerUnlocks = round % 8 >= 4;
+    ASSERT_EQ(1U, startTogether(GetParam(), name, winnerUnlocks).size()) << "round " << round;
+    ASSERT_EQ(winnerUnlocks ? 0 : 1, folder.count());
+  }
+}
+
+TEST_P(StartRace, NeverTwoCopiesAtOnceWhileOthersLeaveAndDie) {
+  const PidFolder folder;
+  const std::string held = folder / "held";
+  const std::string name = cc::test::nameSeenByOthers();
+  void* shared = ::mmap(nullptr, sizeof(std::atomic<int>), PROT_READ | PROT_WRITE,
+                        MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  ASSERT_NE(MAP_FAILED, shared);
+  auto& successes = *new (shared) std::atomic<int>(0);
+  // A copy that succeeded proves that it is alone by a file that only one can create. Now and then
+  // it dies without unlocking.
+  const auto copy = [&](int seed) {
+    for (int i = 0; i < 200; ++i) {
+      RunDetector detector("app", name.c_str());
+      if (!detector.lock()) continue;
+      const int fd = ::open(held.c_str(), O_CREAT | O_EXCL | O_WRONLY, 0600);
+      if (fd < 0) return 1;
+      ::close(fd);
+      if (detector.getState() != RunDetector::Running) return 2;
+      ::unlink(held.c_str());
+      if (++successes % 8 == seed % 8) return 0;
+      detector.unlock();
+    }
+    return 0;
+  };
+  Gate start;
+  const auto startCopy = [&](int seed) {
+    return startChild([&] {
+      start.wait();
+      return copy(seed);
+    });
+  };
+  const int copies = rounds() * 2;
+  for (int i = 0; i < GetParam(); ++i) startCopy(i);
+  start.open();
+  for (int ended = 0; ended < copies + GetParam(); ++ended) {
+    int status = -1;
+    ASSERT_GT(::wait(&status), 0);
+    EXPECT_NE(1 << 8, status) << "two at once";
+    EXPECT_EQ(0, status) << "its file was removed, or it was killed";
+    if (ended < copies) startCopy(ended);
+  }
+  EXPECT_GT(successes, copies / 4) << "too few to have tried anything";
+  EXPECT_FALSE(std::filesystem::exists(held));
+  ::munmap(shared, sizeof(std::atomic<int>));
+}
+
+INSTANTIATE_TEST_SUITE_P(Copies, StartRace, testing::Values(2, 4, 8));
+
+}  // namespace
