@@ -178,6 +178,8 @@ class COMMON_CORE_API Bag {
     const unsigned int mask = align > 1 ? static_cast<unsigned int>(align) - 1 : 0;
     return (static_cast<unsigned int>(position) + mask) & ~mask;
   }
+  /// True when the cursor is a multiple of `align`.
+  bool isAligned(int align) const { return align <= 1 || (position & (align - 1)) == 0; }
   /// True when the cursor lies within the data.
   bool cursorInside() const {
     return static_cast<unsigned int>(position) <= static_cast<unsigned int>(size);
@@ -192,9 +194,28 @@ class COMMON_CORE_API Bag {
     return n >= 0 && n <= static_cast<int>(static_cast<unsigned int>(size) - at);
   }
   char* written(unsigned int at, int n) {
-    position = static_cast<int>(at) + n;
-    size = position;
+    size = static_cast<int>(at) + n;
+    position = size;
     return buffer + at;
+  }
+  // The cursor is stored behind the data: joined into one store with the size, it would hold up the
+  // next call, which reads them one by one.
+  void put(const void* src, unsigned int at, int n) {
+    const int end = static_cast<int>(at) + n;
+    size = end;
+    std::memmove(buffer + at, src, static_cast<std::size_t>(n));
+    position = end;
+  }
+  // The unusual case of a write. A small value goes by copy, so that the caller's variable, whose
+  // address leads nowhere else, can stay in a register.
+  void putSlowly(const void* src, int n, int align) {
+    if (n > 0 && n <= 8) {
+      char value[8];
+      std::memcpy(value, src, static_cast<std::size_t>(n));
+      write(value, n, align);
+    } else {
+      write(src, n, align);
+    }
   }
   char* passed(unsigned int at, int n) {
     position = static_cast<int>(at) + n;
@@ -224,31 +245,21 @@ static_assert(sizeof(Bag) == 16);
 // The usual case of each call stands here, without growth, gap or failure; the rest is `write` and
 // `failRead`. Bytes are moved, not copied, since they may come from the bag itself.
 
-inline void Bag::putData(const void* src, int n) {
-  const auto at = static_cast<unsigned int>(position);
-  if (hasRoom(at, n)) {
-    std::memmove(written(at, n), src, static_cast<std::size_t>(n));
-  } else {
-    write(src, n, 1);
-  }
-}
+inline void Bag::putData(const void* src, int n) { putDataAligned(src, n, 1); }
 
-inline char* Bag::putDataPtr(int n) {
-  const auto at = static_cast<unsigned int>(position);
-  return hasRoom(at, n) ? written(at, n) : write(nullptr, n, 1);
-}
+inline char* Bag::putDataPtr(int n) { return putDataPtrAligned(n, 1); }
 
 inline char* Bag::putDataPtrAligned(int n, int align) {
-  const unsigned int at = alignedPosition(align);
-  return cursorInside() && hasRoom(at, n) ? written(at, n) : write(nullptr, n, align);
+  const auto at = static_cast<unsigned int>(position);
+  return isAligned(align) && hasRoom(at, n) ? written(at, n) : write(nullptr, n, align);
 }
 
 inline void Bag::putDataAligned(const void* src, int n, int align) {
-  const unsigned int at = alignedPosition(align);
-  if (cursorInside() && hasRoom(at, n)) {
-    std::memmove(written(at, n), src, static_cast<std::size_t>(n));
+  const auto at = static_cast<unsigned int>(position);
+  if (isAligned(align) && hasRoom(at, n)) {
+    put(src, at, n);
   } else {
-    write(src, n, align);
+    putSlowly(src, n, align);
   }
 }
 

@@ -26,13 +26,11 @@ inline int roundedCapacity(int n) {
   return (n + (step - 1)) & -step;
 }
 
-/// The room that stands behind a capacity which grew, `capacity` > 0: the next power of two, or one
-/// and a half of one, but not above `limit`. At least `capacity`, where that is within `limit`.
+/// The room that stands behind a capacity which grew, `capacity` > 0: the next power of two, but not
+/// above `limit`. At least `capacity`, where that is within `limit`.
 constexpr int storageClass(int capacity, int limit) {
   int room = 1;
-  while (room <= capacity / 2) room *= 2;
-  if (room < capacity && room / 2 >= capacity - room) room += room / 2;
-  if (room < capacity) room = room <= INT_MAX / 2 ? room * 2 : INT_MAX;
+  while (room < capacity) room = room <= INT_MAX / 2 ? room * 2 : INT_MAX;
   return room < limit ? room : limit;
 }
 
