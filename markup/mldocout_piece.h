@@ -6,7 +6,7 @@
 
 #include "mlproc.h"
 
-class MLDocOut::Piece {
+class __attribute__((visibility("hidden"))) MLDocOut::Piece {
  public:
   explicit Piece(MLDocOut& target) : out(target) {}
   Piece(const Piece&) = delete;
