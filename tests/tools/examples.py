@@ -12,7 +12,7 @@ A source may end with a comment of the lines that the program prints:
 
 A line of three dots stands for any lines. A program without the comment only has to exit with 0.
 Each runs in a directory of its own that holds the files of examples/data/, and leaves no other
-file there. Examples that are folders have tests of their own.
+file there. An example that is a folder is run if its main.cpp has the comment.
 """
 
 import argparse
@@ -72,9 +72,17 @@ def run(build, name):
     return done.returncode, done.stdout.decode("utf-8"), sorted(path.name for path in left)
 
 
+def sources():
+    """The main source of each example by its name."""
+    found = {path.stem: path for path in (ROOT / "examples").glob("*.cpp")}
+    for path in (ROOT / "examples").glob("*/main.cpp"):
+        if HEAD.search(path.read_text(encoding="utf-8")):
+            found[path.parent.name] = path
+    return found
+
+
 def check(build, name):
-    source = (ROOT / "examples" / f"{name}.cpp").read_text(encoding="utf-8")
-    _, wanted, wanted_code = split_source(source)
+    _, wanted, wanted_code = split_source(sources()[name].read_text(encoding="utf-8"))
     code, output, left = run(build, name)
     problems = []
     if code != wanted_code:
@@ -93,7 +101,7 @@ def main():
     parser.add_argument("names", nargs="*")
     options = parser.parse_args()
     build = options.build.resolve()
-    names = options.names or sorted(path.stem for path in (ROOT / "examples").glob("*.cpp"))
+    names = options.names or sorted(sources())
     failed = 0
     for name in names:
         problems = check(build, name)
