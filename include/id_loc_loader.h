@@ -33,9 +33,7 @@ class COMMON_CORE_API IDLocLoader {
 
   /// The text of message `n`, zero-terminated, or null for a number that the dictionary does not
   /// hold.
-  const char* getString(int n) const {
-    return n >= 0 && n < count ? strings[n] : nullptr;
-  }
+  const char* getString(int n) const { return n >= 0 && n < count ? strings[n] : nullptr; }
 
   char* pool = nullptr;      ///< the texts of the last successful load, owned; null before it
   char** strings = nullptr;  ///< the text of each message, in `pool`; owned; null before a load

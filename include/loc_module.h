@@ -36,8 +36,8 @@ class COMMON_CORE_API Module {
 
   /// Composes the path of a dictionary file: directory, name, ".", language ("eng" for null) and
   /// ".lng", joined as they stand.
-  static void makePath(const std::string& directory, const std::string& name,
-                       const char* language, std::string& path);
+  static void makePath(const std::string& directory, const std::string& name, const char* language,
+                       std::string& path);
   /// Replaces `error`, unless null, by the text for a result code (0: none) and the file's path.
   static void makeError(const std::string& path, int code, std::string* error);
 

@@ -1,8 +1,9 @@
 /// @file
 /// `TTT`, the translatable message, and the slots of the dictionaries that render it.
 ///
-/// Failure style: building a message fails only with `std::bad_alloc`. Rendering reports problems
-/// inside the text; bytes that end before an argument is complete throw `Bag::Exception`.
+/// Failure style: building a message fails only with `std::bad_alloc`, which leaves it as it was.
+/// Rendering reports problems inside the text; bytes that end before an argument is complete throw
+/// `Bag::Exception`.
 #pragma once
 
 #include <string>
@@ -30,7 +31,8 @@ enum LocDictionaryId {
 /// operation throws a `TTT` by value; whoever catches it asks `makeMulti` for the text or
 /// `getErrorCode` for the numbers. The layout of the bytes stands in docs/formats.md.
 ///
-/// One message is used by one thread at a time: reading moves its cursor and puts it back.
+/// Reading changes nothing in the message, its cursor included. Dictionaries must not be loaded
+/// while a message is rendered on another thread; `makeMulti` itself may load one.
 class COMMON_CORE_API TTT {
  public:
   /// A message without entries; renders as the empty text.
@@ -71,8 +73,8 @@ class COMMON_CORE_API TTT {
   TTT& operator<<(const char* text);
 
   /// Reports the dictionary and the message number of the first entry: 0 and -1 for a ready-made
-  /// text. Either pointer may be null. False when the bytes end too early; what was not read is
-  /// then 0 and -1.
+  /// text. Either pointer may be null. Never throws: false when the bytes end too early; what was
+  /// not read is then 0 and -1.
   bool getErrorCode(int* dictionary, int* code) const;
 
   /// Renders every entry into `out`, each from the dictionary of its slot in `dictionaries`, one

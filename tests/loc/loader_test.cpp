@@ -46,7 +46,7 @@ class Loaders {
 
   // "first|second" of both, which must agree.
   std::string texts() const {
-    const std::string both = std::string(numbered.getString(0)) + "|" + numbered.getString(1);
+    std::string both = std::string(numbered.getString(0)) + "|" + numbered.getString(1);
     EXPECT_EQ(both, std::string(variables[0]) + "|" + variables[1]);
     EXPECT_EQ(nullptr, numbered.getString(2));
     EXPECT_EQ(nullptr, numbered.getString(-1));
@@ -100,8 +100,12 @@ TEST(Loaders, GiveTheDescribedCodes) {
       {2, "offset most negative", changed([](LngFile& f) { f.offsets[0] = negative; })},
       {2, "last text unterminated", changed([](LngFile& f) { f.pool[5] = 'x'; })},
       {2, "no terminator at all", changed([](LngFile& f) { f.pool = "abcdef"; })},
-      {0, "shared texts", changed([](LngFile& f) { f.offsets = {3, 3}; })},
-      {0, "text ends inside another", changed([](LngFile& f) { f.offsets = {1, 0}; })},
+      {0, "shared texts", changed([](LngFile& f) {
+         f.offsets = {3, 3};
+       })},
+      {0, "text ends inside another", changed([](LngFile& f) {
+         f.offsets = {1, 0};
+       })},
       {0, "bytes behind the texts", changed([](LngFile& f) { f.pool += "junk", f.poolSize = 10; })},
       {0, "bytes behind the pool", changed([](LngFile& f) { f.pool += "junk"; })},
       // a header that promises more than there is

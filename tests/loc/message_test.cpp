@@ -35,7 +35,10 @@ TEST(Message, HasTheDescribedBytes) {
       // arguments
       {"text, then number", TTT(LocDictionary3, 25) << "ab" << 7,
        "FE FF FF FF 03 00 00 00 19 00 00 00 61 62 00 00 07 00 00 00"},
-      {"number, then texts", TTT(LocDictionary0, 0) << -5 << "a" << "" << "b",
+      {"number, then texts",
+       TTT(LocDictionary0, 0) << -5 << "a"
+                              << ""
+                              << "b",
        "FE FF FF FF 00 00 00 00 00 00 00 00 FB FF FF FF 61 00 00 62 00"},
       {"a null argument", TTT() << static_cast<const char*>(nullptr), "00"},
       // entries
@@ -67,7 +70,8 @@ TEST(Message, CopiesAllBytesWhereverTheCursorStands) {
     EXPECT_EQ(5, message.getBag().getPosition());
   }
   EXPECT_EQ(2, bag.getPosition());
-  EXPECT_EQ(0, moved.getBag().getSize());  // NOLINT(bugprone-use-after-move,*-analyzer-cplusplus.Move)
+  EXPECT_EQ(0,
+            moved.getBag().getSize());  // NOLINT(bugprone-use-after-move,*-analyzer-cplusplus.Move)
 }
 
 TEST(Message, TakesItsOwnBytesAsSource) {
@@ -86,7 +90,11 @@ TEST(Message, TakesItsOwnBytesAsSource) {
       {"an argument", [](TTT& m) { m << m.getBag().getBuffer() + 4; },
        "FF FF FF FF 61 62 00 61 62 00"},
       {"assignment", [](TTT& m) { m = m.getBag(); }, "FF FF FF FF 61 62 00"},
-      {"moved to itself", [](TTT& m) { TTT& same = m; m = std::move(same); },
+      {"moved to itself",
+       [](TTT& m) {
+         TTT& same = m;
+         m = std::move(same);
+       },
        "FF FF FF FF 61 62 00"},
   };
   for (const auto& row : rows) {

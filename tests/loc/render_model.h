@@ -48,9 +48,7 @@ class RenderModel {
  private:
   enum class Outcome { Done, Stop, Short, Unknown };
 
-  bool known(std::int64_t n) const {
-    return n >= 0 && n < static_cast<std::int64_t>(texts.size());
-  }
+  bool known(std::int64_t n) const { return n >= 0 && n < static_cast<std::int64_t>(texts.size()); }
 
   std::optional<std::int64_t> word() {
     while (at % 4 != 0) ++at;

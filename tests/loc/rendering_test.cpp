@@ -63,7 +63,10 @@ TEST(Rendering, ExpandsPlaceholders) {
       // texts are not aligned, words are
       {{"%s%d"}, TTT(entry) << "abc" << 7, "abc7"},
       {{"%s%d"}, TTT(entry) << "abcd" << 7, "abcd7"},
-      {{"[%s][%s]"}, TTT(entry) << "" << "%s %d", "[][%s %d]"},
+      {{"[%s][%s]"},
+       TTT(entry) << ""
+                  << "%s %d",
+       "[][%s %d]"},
       // other messages stay as they are
       {{"%i and %d", "100%% %d"}, TTT(entry) << 1 << 2, "100%% %d and 2"},
       // only a percent sign
@@ -274,7 +277,8 @@ std::string modelled(std::string_view bytes, const std::vector<std::string>& tex
 TEST(Rendering, StaysInsideEveryPrefix) {
   const std::vector<std::string> texts = {"a%d b%s c%i%% %u", "e"};
   Dictionary dictionary(texts);
-  const TTT whole = (TTT("head") <= (TTT(LocDictionary3, 0) << -1 << "xyz" << 1 << 9)) <= words({1});
+  const TTT whole =
+      (TTT("head") <= (TTT(LocDictionary3, 0) << -1 << "xyz" << 1 << 9)) <= words({1});
   const std::string_view bytes = bytesOf(whole.getBag());
   for (std::size_t n = 0; n <= bytes.size(); ++n) {
     const TTT prefix(Bag(bytes.data(), static_cast<int>(n)));
@@ -285,7 +289,8 @@ TEST(Rendering, StaysInsideEveryPrefix) {
 TEST(Rendering, AgreesWithThePlainWalkOnRandomInput) {
   std::mt19937 random(20240611);
   const auto pick = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
-  constexpr const char* pieces[] = {"%d", "%u", "%s", "%i", "%%", "a", "long text ", "%", "%x", "\n"};
+  constexpr const char* pieces[] = {"%d", "%u",         "%s", "%i", "%%",
+                                    "a",  "long text ", "%",  "%x", "\n"};
   for (int round = 0; round < 3000; ++round) {
     std::vector<std::string> texts(3);
     for (std::string& text : texts) {
@@ -303,7 +308,8 @@ TEST(Rendering, AgreesWithThePlainWalkOnRandomInput) {
     }
     Dictionary dictionary(texts);
     std::string bytes(bytesOf(message.getBag()));
-    if (!bytes.empty() && pick(3) == 0) bytes[random() % bytes.size()] = static_cast<char>(random());
+    if (!bytes.empty() && pick(3) == 0)
+      bytes[random() % bytes.size()] = static_cast<char>(random());
     const TTT damaged(Bag(bytes.data(), static_cast<int>(bytes.size())));
     ASSERT_EQ(modelled(bytes, texts), rendered(damaged, dictionary))
         << "round " << round << ": " << hex(bytes);

@@ -112,8 +112,8 @@ void check_numbers(const Catalogue& catalogue, int count, Findings& findings) {
     }
     previous = message;
     if (count >= 0 && message->number >= count) {
-      findings.add(message->place, "The reference has no message " +
-                                       std::to_string(message->number) + ".");
+      findings.add(message->place,
+                   "The reference has no message " + std::to_string(message->number) + ".");
       continue;
     }
     if (message->number > next) {
@@ -140,15 +140,15 @@ void check_against(const Catalogue& catalogue, const Catalogue& reference, Findi
   if (catalogue.place.line == 0) return;
   if (catalogue.name != reference.name) {
     findings.add(catalogue.place, "The name is " + quoted(catalogue.name) +
-                                      ", but that of the reference is " +
-                                      quoted(reference.name) + ".");
+                                      ", but that of the reference is " + quoted(reference.name) +
+                                      ".");
   }
   // Two derived stamps differ only where names, numbers or placeholders do.
   const bool given = catalogue.givenStamp || reference.givenStamp;
   if (given && catalogue.stamp() != reference.stamp()) {
     findings.add(catalogue.place, "The stamp is " + hex(catalogue.stamp()) +
-                                      ", but that of the reference is " +
-                                      hex(reference.stamp()) + ".");
+                                      ", but that of the reference is " + hex(reference.stamp()) +
+                                      ".");
   }
   check_numbers(catalogue, static_cast<int>(reference.messages.size()), findings);
   for (const Message& message : catalogue.messages) {
@@ -172,9 +172,8 @@ void check_file_name(const Catalogue& catalogue, std::string_view path, Findings
   const std::string_view language = file.substr(first + 1, last - first - 1);
   if (name != catalogue.name || language != catalogue.language) {
     findings.add(catalogue.place, "The document is " + quoted(catalogue.name) + " in " +
-                                      quoted(catalogue.language) +
-                                      ", but its file name says " + quoted(name) + " in " +
-                                      quoted(language) + ".");
+                                      quoted(catalogue.language) + ", but its file name says " +
+                                      quoted(name) + " in " + quoted(language) + ".");
   }
 }
 

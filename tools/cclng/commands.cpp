@@ -120,12 +120,13 @@ int header(const std::string& document, const std::string& output) {
   char record[128];
   std::snprintf(record, sizeof record, "{%zu, 8, static_cast<int>(0x%08X)}",
                 catalogue.messages.size(), static_cast<unsigned int>(catalogue.stamp()));
-  const std::string text =
-      "// Made by \"cclng header " + tools::printable(file) + "\". Not to be edited.\n"
-      "#pragma once\n\n#include \"id_loc_loader.h\"\n\n"
-      "// Count, encoding and stamp of the dictionary \"" + tools::printable(catalogue.name) +
-      "\".\ninline IDLocLoader::Localization " + identifier(catalogue.name) + "_info = " + record +
-      ";\n";
+  const std::string text = "// Made by \"cclng header " + tools::printable(file) +
+                           "\". Not to be edited.\n"
+                           "#pragma once\n\n#include \"id_loc_loader.h\"\n\n"
+                           "// Count, encoding and stamp of the dictionary \"" +
+                           tools::printable(catalogue.name) +
+                           "\".\ninline IDLocLoader::Localization " + identifier(catalogue.name) +
+                           "_info = " + record + ";\n";
   return deliver(output, text);
 }
 

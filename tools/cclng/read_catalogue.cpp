@@ -215,8 +215,8 @@ class Reader {
   bool number(const std::string& value, Place place) {
     const char* end = value.data() + value.size();
     const auto [stop, error] = std::from_chars(value.data(), end, message.number);
-    const bool valid = error == std::errc() && stop == end && message.number >= 0 &&
-                       message.number <= LastNumber;
+    const bool valid =
+        error == std::errc() && stop == end && message.number >= 0 && message.number <= LastNumber;
     if (!valid && !value.empty()) {
       findings.add(place, quoted(value.c_str()) + " is no message number from 0 to " +
                               std::to_string(LastNumber) + ".");
@@ -228,7 +228,8 @@ class Reader {
     std::uint32_t stamp = 0;
     const auto [stop, error] = std::from_chars(value.begin, value.end, stamp, 16);
     if (error != std::errc() || stop != value.end) {
-      findings.add(doc.placeOf(value.begin), "The stamp is no hexadecimal number of up to 8 digits.");
+      findings.add(doc.placeOf(value.begin),
+                   "The stamp is no hexadecimal number of up to 8 digits.");
       return;
     }
     catalogue.givenStamp = stamp;

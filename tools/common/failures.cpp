@@ -36,9 +36,9 @@ constexpr struct {
 };
 
 void loadPlain(IDLocLoader& dictionary) {
-  std::vector<std::string> texts;
-  for (int i = 0; i < LCA_info.count; ++i) {
-    texts.push_back("Message " + std::to_string(i) + " of the dictionary common_core.");
+  std::vector<std::string> texts(static_cast<std::size_t>(LCA_info.count));
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    texts[i] = "Message " + std::to_string(i) + " of the dictionary common_core.";
   }
   for (const auto& plain : plainTexts) texts[static_cast<std::size_t>(plain.number)] = plain.text;
   std::string file =

@@ -47,8 +47,7 @@ CommandLine parse_options(const std::vector<std::string_view>& arguments,
     const std::string_view argument = arguments[i];
     if (argument == "--") {
       line.operands.insert(line.operands.end(),
-                           arguments.begin() + static_cast<std::ptrdiff_t>(i) + 1,
-                           arguments.end());
+                           arguments.begin() + static_cast<std::ptrdiff_t>(i) + 1, arguments.end());
       break;
     }
     if (argument.size() < 2 || argument[0] != '-') {
