@@ -1,0 +1,414 @@
+// The writer: layouts, attributes, targets, and what the reader makes of the result.
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <climits>
+#include <cmath>
+#include <cstring>
+#include <ctime>
+#include <functional>
+#include <random>
+
+#include "tests/files/messages.h"
+#include "tests/markup/comma_locale.h"
+#include "tests/markup/reader_trace.h"
+#include "tests/support/alloc_sweep.h"
+#include "tests/support/temp_folder.h"
+
+namespace {
+
+using cc::test::CommaLocale;
+using cc::test::failure;
+using cc::test::fileBytes;
+using cc::test::TempFolder;
+using cc::test::thrownBy;
+
+const PairTag rights[] = {{"r", 1}, {"w", 2}, {"x", 4}, {nullptr, 0}};
+const PairTag overlapping[] = {{"none", 0}, {"rw", 3}, {"w<", 2}, {"top", INT_MIN}, {nullptr, 0}};
+
+using Script = std::function<void(MLDocOut&)>;
+
+// What a script writes to a bag.
+std::string written(const Script& script, bool multiLine = false) {
+  Bag bag;
+  MLDocOut out;
+  out.multiLine = multiLine;
+  out.begin(&bag);
+  script(out);
+  out.end();
+  return {bag.getBuffer(), static_cast<std::size_t>(bag.getSize())};
+}
+
+void writeExample(MLDocOut& out) {
+  out.beginItem("root");
+  out.writeIntAttr("n", 5, false);
+  out.beginChildren();
+  out.beginItem("item");
+  out.writeStrAttr("s", "a<b", false);
+  out.endItem(nullptr);
+  out.endItem("root");
+}
+
+TEST(Writer, BothLayouts) {
+  EXPECT_EQ("<root\n\tn=\"5\"\n\t>\n\t<item\n\t\ts=\"a&lt;b\"\n\t/>\n</root>\n",
+            written(writeExample, true));
+  EXPECT_EQ("<root n=\"5\">\n\t<item s=\"a&lt;b\"/>\n</root>\n", written(writeExample, false));
+  EXPECT_EQ("<root n=\"5\">\r\n  <item s=\"a&lt;b\"/>\r\n</root>\r\n", written([](MLDocOut& out) {
+              out.newLine = "\r\n";
+              out.indentSize = 2;
+              writeExample(out);
+            }));
+}
+
+TEST(Writer, Attributes) {
+  const struct {
+    const char* expected;
+    Script script;
+  } rows[] = {
+      // Integers.
+      {" a=\"0\"", [](MLDocOut& out) { out.writeUIntAttr("a", 0, false); }},
+      {"", [](MLDocOut& out) { out.writeUIntAttr("a", 0, true); }},
+      {" a=\"4294967295\"", [](MLDocOut& out) { out.writeUIntAttr("a", UINT_MAX, true); }},
+      {" a=\"-2147483648\"", [](MLDocOut& out) { out.writeIntAttr("a", INT_MIN, true); }},
+      {"", [](MLDocOut& out) { out.writeIntAttr("a", 0, true); }},
+      // Doubles.
+      {" d=\"2.500000\"", [](MLDocOut& out) { out.writeDoubleAttr("d", 2.5, true); }},
+      {" d=\"-0.000000\"", [](MLDocOut& out) { out.writeDoubleAttr("d", -0.0, false); }},
+      {"", [](MLDocOut& out) { out.writeDoubleAttr("d", -0.0, true); }},
+      {" d=\"nan\"", [](MLDocOut& out) { out.writeDoubleAttr("d", std::nan(""), true); }},
+      {" d=\"-inf\"", [](MLDocOut& out) { out.writeDoubleAttr("d", -HUGE_VAL, true); }},
+      // Dates.
+      {" t=\"1970-01-02T00:00:00\"", [](MLDocOut& out) { out.writeDateAttr("t", 86400, true); }},
+      {" t=\"1970-01-01T00:00:00\"", [](MLDocOut& out) { out.writeDateAttr("t", 0, false); }},
+      {"", [](MLDocOut& out) { out.writeDateAttr("t", 0, true); }},
+      {" t=\"1969-12-31T23:59:59\"", [](MLDocOut& out) { out.writeDateAttr("t", -1, true); }},
+      {" t=\"2000-02-29T12:34:56\"",
+       [](MLDocOut& out) { out.writeDateAttr("t", 951827696, true); }},
+      // Texts.
+      {"", [](MLDocOut& out) { out.writeStrAttr("s", "", true); }},
+      {"", [](MLDocOut& out) { out.writeStrAttr("s", nullptr, true); }},
+      {" s=\"\"", [](MLDocOut& out) { out.writeStrAttr("s", "", false); }},
+      {" s=\"\"", [](MLDocOut& out) { out.writeStrAttr("s", nullptr, false); }},
+      {" s=\"&quot;&apos;&amp;&lt;&gt;\n\xC3\"",
+       [](MLDocOut& out) { out.writeStrAttr("s", "\"'&<>\n\xC3", true); }},
+      {" s=\"b\"", [](MLDocOut& out) { out.writePairAttr("s", ChPair("abc" + 1, "abc" + 2)); }},
+      {" s=\"\"", [](MLDocOut& out) { out.writePairAttr("s", ChPair()); }},
+      // Tables.
+      {" e=\"w\"", [](MLDocOut& out) { out.writeEnumAttr("e", 2, rights); }},
+      {"", [](MLDocOut& out) { out.writeEnumAttr("e", 3, rights); }},
+      {" e=\"w<\"", [](MLDocOut& out) { out.writeEnumAttr("e", 2, overlapping); }},
+      {" e=\"top\"", [](MLDocOut& out) { out.writeEnumAttr("e", 1U << 31, overlapping); }},
+      {" f=\"r w x\"", [](MLDocOut& out) { out.writeFlagsAttr("f", 7, rights); }},
+      {" f=\"r x\"", [](MLDocOut& out) { out.writeFlagsAttr("f", 5, rights); }},
+      {" f=\"\"", [](MLDocOut& out) { out.writeFlagsAttr("f", 0, rights); }},
+      {" f=\"\"", [](MLDocOut& out) { out.writeFlagsAttr("f", 8, rights); }},
+      {" f=\"rw top\"", [](MLDocOut& out) { out.writeFlagsAttr("f", 0x80000002U, overlapping); }},
+      {" f=\"\"", [](MLDocOut& out) { out.writeFlagsAttr("f", 7, rights + 3); }},
+      // Raw output.
+      {"abc\n", [](MLDocOut& out) { out.writeLn("abc"); }},
+      {"\n", [](MLDocOut& out) { out.writeLn(nullptr); }},
+      {"", [](MLDocOut& out) { out.write(nullptr); }},
+      {"ab", [](MLDocOut& out) { out.write("abc", 2); }},
+      {"7 x", [](MLDocOut& out) { out.writef("%d %s", 7, "x"); }},
+      {"a&lt;b", [](MLDocOut& out) { out.writeEscaped("a<b"); }},
+      {"", [](MLDocOut& out) { out.writeEscaped(nullptr); }},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(row.expected, written(row.script));
+    // On lines of their own they stand at the level, and end with a line break.
+    const std::string attribute = row.expected;
+    if (attribute[0] != ' ') continue;
+    EXPECT_EQ(attribute.substr(1) + "\n", written(row.script, true));
+  }
+}
+
+TEST(Writer, IndentsByTheLevel) {
+  for (const int size : {0, -1, 1, 2, 700}) {
+    std::string expected;
+    const std::string unit = size > 0 ? std::string(static_cast<std::size_t>(size), ' ') : "\t";
+    std::string indent;
+    for (int i = 0; i < 5; ++i, indent += unit) expected += indent + "<a>\n";
+    expected += indent + "x";
+    for (int i = 5; i > 0; --i) expected += indent.erase(0, unit.size()) + "</a>\n";
+    EXPECT_EQ(expected, written([&](MLDocOut& out) {
+                out.indentSize = size;
+                for (int i = 0; i < 5; ++i) {
+                  out.beginItem("a");
+                  out.beginChildren();
+                }
+                out.writeIndent();
+                out.write("x");
+                for (int i = 0; i < 5; ++i) out.endItem("a");
+              }));
+  }
+  EXPECT_EQ("</a>\n</a>\n<b", written([](MLDocOut& out) {
+              out.endItem("a");
+              out.endItem("a");
+              out.beginItem("b");
+            }))
+      << "a negative level";
+}
+
+TEST(Writer, CutsAsAFormattedTextIsCut) {
+  const std::string name(4090, 'n');
+  const auto cut = [](const std::string& text) { return text.substr(0, 4095); };
+  const auto check = [&](const std::string& expected, const Script& script) {
+    EXPECT_EQ(expected, written(script));
+  };
+  for (std::size_t length = 4080; length <= 4100; ++length) {
+    const std::string n(length, 'n');
+    check(" " + cut(n + "=\"12345\""),
+          [&](MLDocOut& out) { out.writeIntAttr(n.c_str(), 12345, true); });
+    check(" " + cut(n + "=\"1.500000\""),
+          [&](MLDocOut& out) { out.writeDoubleAttr(n.c_str(), 1.5, true); });
+    check(" " + cut(n + "=\"1970-01-01T00:00:00\""),
+          [&](MLDocOut& out) { out.writeDateAttr(n.c_str(), 0, false); });
+    check(" " + cut(n + "=\"r\""), [&](MLDocOut& out) { out.writeEnumAttr(n.c_str(), 1, rights); });
+    check(" " + cut(n + "=\"") + "r w\"",
+          [&](MLDocOut& out) { out.writeFlagsAttr(n.c_str(), 3, rights); });
+    check(" " + cut(n + "=\"") + "text\"",
+          [&](MLDocOut& out) { out.writeStrAttr(n.c_str(), "text", true); });
+    check(cut("</" + n + ">") + "\n", [&](MLDocOut& out) { out.endItem(n.c_str()); });
+    check("<" + n + "", [&](MLDocOut& out) { out.beginItem(n.c_str()); });
+    check(cut(n), [&](MLDocOut& out) { out.writef("%s", n.c_str()); });
+  }
+}
+
+TEST(Writer, DoublesAsTheCLibraryPrintsThem) {
+  std::mt19937_64 random(5);
+  for (int i = 0; i < 100000; ++i) {
+    const unsigned long long bits = random() >> (i % 3 == 0 ? 0 : i % 64);
+    double value = 0;
+    std::memcpy(&value, &bits, sizeof value);
+    if (i % 2 == 0) value = static_cast<double>(static_cast<long long>(random())) / 2097152.0;
+    char expected[400];
+    std::snprintf(expected, sizeof expected, " d=\"%f\"", value);
+    ASSERT_EQ(expected, written([&](MLDocOut& out) { out.writeDoubleAttr("d", value, false); }));
+  }
+}
+
+// The date as the C library's calendar has it; empty when there is none.
+std::string plainDate(long time) {
+  const std::time_t t = time;
+  std::tm date{};
+  if (!::gmtime_r(&t, &date)) return "";
+  char text[100];
+  std::snprintf(text, sizeof text, " t=\"%04u-%02u-%02uT%02u:%02u:%02u\"",
+                static_cast<unsigned int>(date.tm_year) + 1900U,
+                static_cast<unsigned int>(date.tm_mon) + 1, static_cast<unsigned int>(date.tm_mday),
+                static_cast<unsigned int>(date.tm_hour), static_cast<unsigned int>(date.tm_min),
+                static_cast<unsigned int>(date.tm_sec));
+  return text;
+}
+
+TEST(Writer, DatesAsTheCLibraryHasThem) {
+  const auto check = [](long time) {
+    ASSERT_EQ(plainDate(time), written([&](MLDocOut& out) { out.writeDateAttr("t", time, false); }))
+        << time;
+  };
+  std::mt19937_64 random(6);
+  for (int i = 0; i < 50000; ++i) {
+    const int narrower = static_cast<int>(random() % (sizeof(long) * CHAR_BIT));
+    check(static_cast<long>(random()) >> narrower);
+  }
+  // Every day of 500 years, and the limits.
+  for (long day = -91000; day < 91000 && day < LONG_MAX / 86400; ++day) {
+    if (day > LONG_MIN / 86400) check(day * 86400 - (day & 1));
+  }
+  for (const long time : {LONG_MIN, LONG_MIN + 1, LONG_MAX, LONG_MAX - 1}) check(time);
+  // The first and the last time with a date, and negative years.
+  for (const long long time :
+       {-67768040609740800LL, 67768036191676799LL, -62167219201LL, -62198755201LL}) {
+    for (int i = -1; i <= 1 && sizeof(long) == sizeof(long long); ++i) {
+      check(static_cast<long>(time + i));
+    }
+  }
+}
+
+TEST(Writer, APointWhateverTheLocale) {
+  const auto writeOne = [](MLDocOut& out) { out.writeDoubleAttr("d", 2.5, false); };
+  {
+    const CommaLocale comma(CommaLocale::Process);
+    ASSERT_TRUE(comma.isInForce());
+    EXPECT_EQ(" d=\"2.500000\"", written(writeOne));
+    EXPECT_STREQ("C", std::setlocale(LC_NUMERIC, nullptr));
+  }
+  const CommaLocale comma(CommaLocale::Thread);
+  ASSERT_TRUE(comma.isInForce());
+  EXPECT_EQ(" d=\"2.500000\"", written(writeOne));
+}
+
+TEST(EscapeString, EscapesIntoAnyString) {
+  ChArr out("old");
+  MLDocOut::escapeString("a\"b'c&d<e>f", out);
+  EXPECT_STREQ("a&quot;b&apos;c&amp;d&lt;e&gt;f", out.get());
+  MLDocOut::escapeString(out, out);
+  EXPECT_STREQ("a&amp;quot;b&amp;apos;c&amp;amp;d&amp;lt;e&amp;gt;f", out.get());
+  MLDocOut::escapeString(ChPair(), out);
+  EXPECT_EQ(nullptr, out.get());
+  MLDocOut::escapeString("", out);
+  EXPECT_EQ(nullptr, out.get());
+  cc::test::sweepAllocations([](cc::test::AllocSweep& sweep) {
+    ChArr text("old");
+    const bool done = sweep.attempt([&] { MLDocOut::escapeString("<", text); });
+    EXPECT_STREQ(done ? "&lt;" : "old", text.get());
+  });
+}
+
+TEST(EscapeString, TheReaderGetsBackEveryByte) {
+  std::string all;
+  for (int i = 255; i > 0; --i) all += static_cast<char>(i);
+  ChArr escaped;
+  MLDocOut::escapeString(all.c_str(), escaped);
+  EXPECT_EQ(written([&](MLDocOut& out) { out.writeEscaped(all.c_str()); }), escaped.get());
+  MLDoc doc;
+  ChArr back;
+  doc.convertEscape(escaped, back);
+  EXPECT_EQ(all, back.get());
+}
+
+TEST(Writer, FileAndBagGetTheSame) {
+  const TempFolder folder;
+  const std::string path = folder / "out.xml";
+  Bag bag;
+  MLDocOut out;
+  out.begin(&bag);
+  EXPECT_TRUE(out.begin(path.c_str()));
+  writeExample(out);
+  out.end();
+  const std::string expected = written(writeExample, true);
+  EXPECT_EQ(expected, fileBytes(path));
+  EXPECT_EQ(expected, std::string(bag.getBuffer(), static_cast<std::size_t>(bag.getSize())));
+  // The bag stays; another file may follow, and without a target nothing is written.
+  out.write("x");
+  EXPECT_EQ(static_cast<int>(expected.size()) + 1, bag.getSize());
+  out.begin(static_cast<Bag*>(nullptr));
+  out.begin(path.c_str());
+  out.write("y");
+  out.end();
+  out.end();
+  out.write("z");
+  EXPECT_EQ("y", fileBytes(path));
+  EXPECT_EQ(static_cast<int>(expected.size()) + 1, bag.getSize());
+}
+
+TEST(Writer, FileFailuresAreThrown) {
+  const TempFolder folder;
+  const std::string missing = folder / "missing/x";
+  MLDocOut out;
+  EXPECT_EQ(failure(4, missing, ENOENT), thrownBy([&] { out.begin(missing.c_str()); }));
+  EXPECT_TRUE(out.begin("/dev/full"));
+  const std::string large(1 << 20, 'x');
+  EXPECT_EQ(failure(35, "/dev/full", ENOSPC), thrownBy([&] { out.write(large.c_str()); }));
+  thrownBy([&] { out.end(); });
+  EXPECT_TRUE(out.begin("/dev/full"));
+  out.write("x");
+  EXPECT_EQ(failure(3, "/dev/full", ENOSPC), thrownBy([&] { out.end(); }));
+  const std::string path = folder / "good";
+  EXPECT_TRUE(out.begin(path.c_str()));
+  out.write("x");
+  out.end();
+  EXPECT_EQ("x", fileBytes(path));
+}
+
+TEST(Writer, AFailedAllocationLosesNothing) {
+  const std::string value(3000, '<');
+  const auto script = [&](MLDocOut& out) {
+    out.indentSize = 600;
+    out.beginItem("a");
+    out.beginChildren();
+    out.beginItem("b");
+    out.writeStrAttr("v", value.c_str(), false);
+    out.beginChildren();
+    out.beginItem("c");
+    out.endItem(nullptr);
+  };
+  const std::string whole = written(script);
+  cc::test::sweepAllocations([&](cc::test::AllocSweep& sweep) {
+    Bag bag;
+    MLDocOut out;
+    out.multiLine = false;
+    out.begin(&bag);
+    const bool done = sweep.attempt([&] { script(out); });
+    const std::string got(bag.getBuffer(), static_cast<std::size_t>(bag.getSize()));
+    EXPECT_EQ(done, got == whole);
+    EXPECT_EQ(whole.substr(0, got.size()), got);
+  });
+}
+
+TEST(Writer, AllocatesOnlyForTheBag) {
+  Bag bag;
+  bag.expand(1 << 20);
+  MLDocOut out;
+  out.begin(&bag);
+  const cc::test::AllocCount count;
+  for (int i = 0; i < 100; ++i) writeExample(out);
+  EXPECT_EQ(0U, count.blocks());
+}
+
+TEST(Writer, TheWorkIsLinearInTheLength) {
+  // Bytes allocated: what growing storage has copied.
+  const auto cost = [](int items) {
+    const cc::test::AllocCount count;
+    const std::size_t size = [items] {
+      Bag bag;
+      MLDocOut out;
+      out.begin(&bag);
+      out.beginItem("list");
+      out.beginChildren();
+      for (int i = 0; i < items; ++i) {
+        out.beginItem("item");
+        out.writeIntAttr("number", i, false);
+        out.writeStrAttr("text", "a<b", false);
+        out.endItem(nullptr);
+      }
+      out.endItem("list");
+      return static_cast<std::size_t>(bag.getSize());
+    }();
+    return static_cast<double>(count.bytes()) / static_cast<double>(size);
+  };
+  const double small = cost(2000);
+  const double large = cost(200000);
+  EXPECT_LT(large, 2 * small + 1) << small << " and " << large << " bytes for a byte";
+}
+
+// Elements with random attributes, as the writer is told them and as the reader reads them.
+TEST(Writer, TheReaderReadsItBack) {
+  std::mt19937 random(8);
+  for (int round = 0; round < 200; ++round) {
+    std::vector<std::string> values;
+    const std::string document = written(
+        [&](MLDocOut& out) {
+          out.beginItem("list");
+          out.beginChildren();
+          for (int i = 0; i < 10; ++i) {
+            std::string value;
+            for (auto n = random() % 12; n > 0; --n) value += "ab<>&\"' \xC3\xA9="[random() % 11];
+            values.push_back(value);
+            out.beginItem("item");
+            out.writeStrAttr("v", value.c_str(), false);
+            out.writeIntAttr("i", i, false);
+            out.endItem(nullptr);
+          }
+          out.endItem("list");
+        },
+        round % 2 == 0);
+    cc::test::OpenDoc doc(document);
+    MLDoc::Token token;
+    MLDoc::ChildIterator top(&doc, token);
+    ASSERT_TRUE(top("list"));
+    MLDoc::ChildIterator next(&doc, token);
+    ChArr value;
+    for (int i = 0; i < 10; ++i) {
+      ASSERT_TRUE(next("item")) << document;
+      doc.convertEscape(doc.getAttributeValue(token, "v"), value);
+      ASSERT_EQ(values[static_cast<std::size_t>(i)], value.get());
+      EXPECT_EQ(i, doc.getInt(doc.getAttributeValue(token, "i")));
+    }
+    EXPECT_FALSE(next());
+    EXPECT_FALSE(top());
+  }
+}
+
+}  // namespace
