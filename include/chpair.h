@@ -56,7 +56,7 @@ class COMMON_CORE_API ChPair {
 
   /// Cuts at the first `sep`: `left` gets the bytes before it, `right` those after it, and
   /// the result is true. Without a `sep` the result is false and both keep their value.
-  /// `left` or `right` may be this very slice: `while (list.split(item, ',', list))` walks.
+  /// `left` or `right` may be this very slice: ``while (list.split(item, ',', list))`` walks.
   bool split(ChPair& left, char sep, ChPair& right) const;
 };
 

@@ -115,8 +115,8 @@ class SimpleVector {
     exchange(old);
   }
 
-  T* data = nullptr;
-  int count = 0;
+  T* data = nullptr;  ///< the array, owned, or null
+  int count = 0;      ///< number of elements
 
  private:
   void grow(int wanted) {

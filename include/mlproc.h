@@ -213,7 +213,7 @@ class COMMON_CORE_API MLDocOut {
   void writef(const char* format, ...) COMMON_CORE_PRINTF(2, 3);
   /// Writes the indentation of the current level; nothing for a negative one.
   void writeIndent();
-  /// Writes the bytes with `"`, `'`, `&`, `<` and `>` as entities.
+  /// Writes the bytes with `"`, ``'``, `&`, `<` and `>` as entities.
   void writeEscaped(const char* begin, const char* end);
   /// The same for a zero-terminated text; null writes nothing.
   void writeEscaped(const char* text);

@@ -1,0 +1,37 @@
+# The manual and the reference: section 1 from the tools, 3 from the headers, 5 from docs/.
+# `cmake --build BUILD --target docs` makes man/ and html/ in the build's folder.
+
+option(COMMON_CORE_DOCS "Make and install the manual with the rest" OFF)
+find_program(CC_DOXYGEN doxygen)
+find_package(Python3 COMPONENTS Interpreter)
+if(NOT CC_DOXYGEN OR NOT Python3_FOUND OR NOT TARGET cclng OR NOT TARGET ccml)
+  if(COMMON_CORE_DOCS)
+    message(FATAL_ERROR "The manual needs doxygen and python3")
+  endif()
+  return()
+endif()
+
+list(JOIN CC_RUN " " run)
+set(CC_MANUAL "${PROJECT_SOURCE_DIR}/tools/man/make.py" --version ${PROJECT_VERSION})
+foreach(tool IN ITEMS cclng ccml)
+  list(APPEND CC_MANUAL --tool "${tool}=${run} $<TARGET_FILE:${tool}>")
+endforeach()
+
+set(all "")
+if(COMMON_CORE_DOCS)
+  set(all ALL)
+endif()
+add_custom_target(
+  docs ${all}
+  COMMAND Python3::Interpreter -B ${CC_MANUAL} --output "${PROJECT_BINARY_DIR}/man" --html
+          "${PROJECT_BINARY_DIR}/html"
+  COMMENT "Making the manual and the reference"
+  VERBATIM)
+add_dependencies(docs cclng ccml)
+
+if(COMMON_CORE_DOCS AND COMMON_CORE_INSTALL)
+  install(DIRECTORY "${PROJECT_BINARY_DIR}/man/man1" "${PROJECT_BINARY_DIR}/man/man5"
+          DESTINATION "${CMAKE_INSTALL_MANDIR}" COMPONENT tools)
+  install(DIRECTORY "${PROJECT_BINARY_DIR}/man/man3" DESTINATION "${CMAKE_INSTALL_MANDIR}"
+          COMPONENT dev)
+endif()
