@@ -106,6 +106,28 @@ TEST(Message, TakesItsOwnBytesAsSource) {
   }
 }
 
+TEST(Message, FindsItsOwnBytesAgainAfterTheyMoved) {
+  // Blocks of this size go back to the system when they are freed.
+  const std::string text(1 << 20, 'x');
+  const struct {
+    const char* what;
+    void (*append)(TTT& message);
+  } rows[] = {
+      {"itself", [](TTT& m) { m <= m; }},
+      {"its text", [](TTT& m) { m <= m.getBag().getBuffer() + 4; }},
+      {"an argument", [](TTT& m) { m << m.getBag().getBuffer() + 4; }},
+  };
+  for (const auto& row : rows) {
+    TTT message;
+    message = TTT(text).getBag();
+    const char* const before = message.getBag().getBuffer();
+    row.append(message);
+    ASSERT_NE(before, message.getBag().getBuffer()) << row.what;
+    const std::string_view bytes = bytesOf(message.getBag());
+    EXPECT_EQ(text, bytes.substr(bytes.size() - text.size() - 1, text.size())) << row.what;
+  }
+}
+
 TEST(Message, ReportsTheNumbersOfItsFirstEntry) {
   const std::string entry("\xFE\xFF\xFF\xFF\x03\0\0\0\x19\0\0\0x\0", 14);
   const struct {
