@@ -1,11 +1,11 @@
-// A naive bag: a vector of bytes and a cursor, with every rule written down as it is described.
+// A naive bag: a string of bytes and a cursor, with every rule written down as it is described.
 #pragma once
 
 #include <climits>
-#include <cstring>
 #include <new>
 #include <string>
-#include <vector>
+
+#include "bag.h"
 
 namespace cc::test {
 
@@ -13,7 +13,7 @@ class BagModel {
  public:
   enum class Result { Done, Exception, NoMemory };
 
-  std::vector<char> data;
+  std::string data;
   long long position = 0;
   long long capacity = 0;
 
@@ -26,6 +26,10 @@ class BagModel {
   static long long rounded(long long n, int align) {
     while (align > 1 && n % align != 0) ++n;
     return n;
+  }
+
+  std::string part(long long offset, long long n) const {
+    return data.substr(static_cast<std::size_t>(offset), static_cast<std::size_t>(n));
   }
 
   Result expand(long long n) {
@@ -50,7 +54,7 @@ class BagModel {
     const long long end = at + static_cast<long long>(bytes.size());
     if (end > INT_MAX || expand(end) != Result::Done) return Result::NoMemory;
     data.resize(static_cast<std::size_t>(end));  // zeros in the gap
-    if (!bytes.empty()) std::memcpy(data.data() + at, bytes.data(), bytes.size());
+    data.replace(static_cast<std::size_t>(at), bytes.size(), bytes);
     position = end;
     return Result::Done;
   }
@@ -58,14 +62,14 @@ class BagModel {
     if (position < 0) return Result::Exception;
     if (rounded(position, align) <= INT_MAX) position = rounded(position, align);
     if (n < 0 || position + n > size()) return Result::Exception;
-    bytes.assign(data.begin() + position, data.begin() + position + n);
+    bytes = part(position, n);
     position += n;
     return Result::Done;
   }
   Result getString(std::string& text) {
     for (long long i = position; i >= 0 && i < size(); ++i) {
       if (data[static_cast<std::size_t>(i)] != 0) continue;
-      text.assign(data.begin() + position, data.begin() + i);
+      text = part(position, i - position);
       position = i + 1;
       return Result::Done;
     }
@@ -75,14 +79,14 @@ class BagModel {
     const auto n = static_cast<long long>(bytes.size());
     if (n == 0) return Result::Done;
     if (expand(size() + n) != Result::Done) return Result::NoMemory;
-    data.insert(data.begin() + offset, bytes.begin(), bytes.end());
+    data.insert(static_cast<std::size_t>(offset), bytes);
     if (offset <= position) position += n;
     return Result::Done;
   }
   Result remove(long long offset, long long n) {
     if (n == 0) return Result::Done;
     if (offset < 0 || n < 0 || offset + n > size()) return Result::Exception;
-    data.erase(data.begin() + offset, data.begin() + offset + n);
+    data.erase(static_cast<std::size_t>(offset), static_cast<std::size_t>(n));
     if (offset < position && position < offset + n) {
       position = offset;
     } else if (offset <= position) {
@@ -91,5 +95,18 @@ class BagModel {
     return Result::Done;
   }
 };
+
+// What a call on the real bag comes to.
+template <class Action>
+BagModel::Result resultOf(Action&& action) {
+  try {
+    action();
+  } catch (const Bag::Exception&) {
+    return BagModel::Result::Exception;
+  } catch (const std::bad_alloc&) {
+    return BagModel::Result::NoMemory;
+  }
+  return BagModel::Result::Done;
+}
 
 }  // namespace cc::test

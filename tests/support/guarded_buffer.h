@@ -25,7 +25,7 @@ class GuardedBuffer {
     if (memory == MAP_FAILED) throw std::bad_alloc();
     base = static_cast<char*>(memory);
     first = base + page;
-    if (mprotect(first, room, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
+    if (room != 0 && mprotect(first, room, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
   }
   /// A copy of `text` that ends at the unreadable page.
   explicit GuardedBuffer(std::string_view text) : GuardedBuffer(text.size()) {
