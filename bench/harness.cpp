@@ -157,6 +157,7 @@ void Bench::measure(Row& row) const {
   }
   const long share = row.mostRuns / 2;  // the other half is for the calibration
   std::vector<long> runs;
+  runs.reserve(turns.size());
   for (Contestant* contestant : turns) {
     runs.push_back(calibrate(*contestant, pace.sample, row.mostRuns > 0 ? 1 : 0));
   }

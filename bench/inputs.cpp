@@ -181,6 +181,7 @@ Text makeText(Language language, std::size_t size, const char* sizeName) {
 const std::vector<Text>& longTexts() {
   static const std::vector<Text> texts = [] {
     std::vector<Text> made;
+    made.reserve(languageCount);
     for (int i = 0; i < languageCount; ++i) {
       made.push_back(makeText(static_cast<Language>(i), megabyte, "1 MB"));
     }
@@ -192,6 +193,7 @@ const std::vector<Text>& longTexts() {
 const std::vector<Text>& shortTexts() {
   static const std::vector<Text> texts = [] {
     std::vector<Text> made;
+    made.reserve(languageCount);
     for (int i = 0; i < languageCount; ++i) {
       made.push_back(makeText(static_cast<Language>(i), 64, "64 bytes"));
     }

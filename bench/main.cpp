@@ -6,7 +6,7 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <map>
 #include <string>
 
 #include "charproc.h"
@@ -34,50 +34,42 @@ const char usage[] =
 
 struct Arguments {
   bench::Options options;
-  int cpu = -1;
   bool markdown = false;
-  std::string readme, save, merge;
+  std::string cpu, readme, save, merge;
 };
 
 // False for an argument that it does not know.
 bool parse(int argc, char** argv, Arguments& arguments) {
+  const std::map<std::string, bool*> switches = {{"--quick", &arguments.options.quick},
+                                                 {"--check", &arguments.options.checkOnly},
+                                                 {"--detail", &arguments.options.detail},
+                                                 {"--ours", &arguments.options.oursOnly},
+                                                 {"--markdown", &arguments.markdown}};
+  const std::map<std::string, std::string*> values = {{"--cpu", &arguments.cpu},
+                                                      {"--readme", &arguments.readme},
+                                                      {"--save", &arguments.save},
+                                                      {"--merge", &arguments.merge}};
   for (int i = 1; i < argc; ++i) {
     const std::string argument = argv[i];
-    const auto next = [&](std::string& value) {
-      if (i + 1 < argc) value = argv[++i];
-      return !value.empty();
-    };
-    std::string number;
-    if (argument == "--quick")
-      arguments.options.quick = true;
-    else if (argument == "--check")
-      arguments.options.checkOnly = true;
-    else if (argument == "--detail")
-      arguments.options.detail = true;
-    else if (argument == "--ours")
-      arguments.options.oursOnly = true;
-    else if (argument == "--markdown")
-      arguments.markdown = true;
-    else if (argument == "--cpu" && next(number))
-      arguments.cpu = std::atoi(number.c_str());
-    else if (argument == "--readme" && next(arguments.readme))
-      continue;
-    else if (argument == "--save" && next(arguments.save))
-      continue;
-    else if (argument == "--merge" && next(arguments.merge))
-      continue;
-    else if (argument[0] == '-')
+    const auto toggle = switches.find(argument);
+    const auto value = values.find(argument);
+    if (toggle != switches.end()) {
+      *toggle->second = true;
+    } else if (value != values.end() && i + 1 < argc) {
+      *value->second = argv[++i];
+    } else if (argument.empty() || argument[0] == '-') {
       return false;
-    else
+    } else {
       arguments.options.filters.push_back(argument);
+    }
   }
-  return arguments.readme.empty() || arguments.options.filters.empty();
+  return arguments.readme.empty() || arguments.options.filters.empty();  // no half table there
 }
 
-void pin(int cpu) {
+void pin(const std::string& cpu) {
   cpu_set_t set;
   CPU_ZERO(&set);
-  CPU_SET(static_cast<std::size_t>(cpu >= 0 ? cpu : sched_getcpu()), &set);
+  CPU_SET(static_cast<std::size_t>(cpu.empty() ? sched_getcpu() : std::atoi(cpu.c_str())), &set);
   if (sched_setaffinity(0, sizeof set, &set) != 0) std::perror("pinning to a processor");
 }
 

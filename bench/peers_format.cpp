@@ -114,7 +114,7 @@ void addLibxml2(Row& row, const AttributeInput& input, ValueKind kind) {
   row.peer("libxml2", [&input, kind, buffer]() -> std::size_t {
     char text[400];
     xmlBufferEmpty(buffer.get());
-    const xmlTextWriterPtr writer = xmlNewTextWriterMemory(buffer.get(), 0);
+    xmlTextWriter* const writer = xmlNewTextWriterMemory(buffer.get(), 0);
     // Without an encoding it would write references for all that is not ASCII.
     xmlTextWriterStartDocument(writer, nullptr, "UTF-8", nullptr);
     xmlTextWriterStartElement(writer, xml("e"));

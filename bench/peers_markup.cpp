@@ -85,7 +85,7 @@ void XMLCALL countTag(void* user, const XML_Char*, const XML_Char**) {
 }
 
 bool runExpat(const Document& document, void* user, XML_StartElementHandler handler) {
-  const XML_Parser parser = XML_ParserCreate("UTF-8");
+  XML_ParserStruct* const parser = XML_ParserCreate("UTF-8");
   XML_SetUserData(parser, user);
   XML_SetStartElementHandler(parser, handler);
   const bool parsed = XML_Parse(parser, document.bytes.data(),
