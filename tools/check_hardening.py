@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
 """Holds the shared libraries against what was promised about how they are linked.
 
-    tools/check_hardening.py LIBRARY...
+    tools/check_hardening.py PREFIX LIBRARY...
 
 Each has a SONAME of version 1, full RELRO (a RELRO segment and immediate binding), no
-executable stack, no text relocations, and carries no path of the machine that built it.
-Exits 1 on findings.
+executable stack, no text relocations, and carries no path of the machine that built it,
+but for those below the PREFIX that it is to be installed in. Exits 1 on findings.
 """
 
 import os
@@ -20,13 +20,13 @@ def readelf(option, library):
                           text=True).stdout
 
 
-def findings_of(library):
+def findings_of(library, prefix):
     dynamic = readelf("-dW", library)
     segments = readelf("-lW", library)
     stack = [line for line in segments.splitlines() if "GNU_STACK" in line]
     name = os.path.basename(library).split(".so")[0]
     with open(library, "rb") as stream:
-        content = stream.read()
+        content = stream.read().replace(prefix.encode(), b"")
     checks = [
         (f"Library soname: [{name}.so.1]" in dynamic, f"its SONAME is not {name}.so.1"),
         ("GNU_RELRO" in segments, "no RELRO segment"),
@@ -40,13 +40,14 @@ def findings_of(library):
 
 
 def main():
-    if len(sys.argv) < 2:
+    if len(sys.argv) < 3:
         print(__doc__)
         return 3
-    findings = [finding for library in sys.argv[1:] for finding in findings_of(library)]
+    prefix, *libraries = sys.argv[1:]
+    findings = [finding for library in libraries for finding in findings_of(library, prefix)]
     for finding in findings:
         print(finding)
-    print(f"{len(sys.argv) - 1} libraries, {len(findings)} findings")
+    print(f"{len(libraries)} libraries, {len(findings)} findings")
     return 1 if findings else 0
 
 
