@@ -2,10 +2,11 @@
 """Writes the manual: section 1 from the tools, section 3 from the headers, section 5 from the
 description of the formats. Also runs Doxygen, whose warnings are errors.
 
-    tools/man/make.py --output DIR [--html DIR] [--version VERSION] [--tool NAME=COMMAND]...
+    tools/man/make.py --output DIR [--html DIR] [--version VERSION] [--tool NAME=COMMAND]... [--gzip]
 """
 
 import argparse
+import gzip
 import pathlib
 import shlex
 import shutil
@@ -21,7 +22,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 TOOLS = {"cclng": "compiles and checks dictionaries of translated messages",
          "ccml": "checks, formats and queries markup documents"}
 FORMATS = {"common_core_lng": (r"\.lng dictionary", "file format of dictionaries"),
-           "common_core_markup": (r"[Mm]arkup[^\n]*|The markup[^\n]*", "markup format of documents")}
+           "common_core_markup": ("Markup document", "markup format of documents")}
 
 
 def doxygen(folder, html):
@@ -51,6 +52,7 @@ def main():
     parser.add_argument("--html", type=pathlib.Path)
     parser.add_argument("--version", default="1.0.0")
     parser.add_argument("--tool", action="append", default=[])
+    parser.add_argument("--gzip", action="store_true", help="compress the pages")
     options = parser.parse_args()
     with tempfile.TemporaryDirectory() as work:
         doxygen(pathlib.Path(work), options.html)
@@ -74,6 +76,11 @@ def main():
         if lines is None:
             sys.exit(f"docs/formats.md has no section '{heading}'")
         (folder / f"{name}.5").write_text("\n".join(lines) + "\n", encoding="utf-8")
+    if options.gzip:
+        for page in options.output.glob("man?/*"):
+            page.with_name(page.name + ".gz").write_bytes(
+                gzip.compress(page.read_bytes(), 9, mtime=0))
+            page.unlink()
     return 0
 
 
