@@ -15,6 +15,7 @@ namespace cc {
 class FormattedText {
  public:
   FormattedText(const char* fmt, va_list args) COMMON_CORE_PRINTF(2, 0) {
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): it loses sight of the caller's
     if (std::vsnprintf(text, sizeof text - 1, fmt, args) < 0) text[0] = 0;
     text[sizeof text - 1] = 0;
   }

@@ -133,6 +133,8 @@ TEST(SimpleVector, AppendingIsLinear) {
   }
 }
 
+// What a move leaves behind is looked at on purpose.
+// NOLINTBEGIN(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
 TEST(SimpleVector, MovesItsArray) {
   SimpleVector<int> a;
   for (int i = 0; i < 40; ++i) a.append(i);
@@ -152,6 +154,7 @@ TEST(SimpleVector, MovesItsArray) {
   a.append(5);  // an emptied vector serves on
   EXPECT_EQ(5, a[0]);
 }
+// NOLINTEND(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
 
 TEST(SimpleVector, IsWholeWhateverAllocationFails) {
   sweepAllocations([](AllocSweep& sweep) {
@@ -172,6 +175,8 @@ TEST(SimpleVector, IsWholeWhateverAllocationFails) {
   });
 }
 
+// What a move leaves behind is looked at on purpose.
+// NOLINTBEGIN(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
 TEST(StringVector, OwnsItsStrings) {
   const std::size_t before = liveBlocks();
   {
@@ -205,12 +210,15 @@ TEST(StringVector, OwnsItsStrings) {
   }
   EXPECT_EQ(before, liveBlocks());
 }
+// NOLINTEND(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
 
 template <class Holder>
 class HolderTest : public testing::Test {};
 using Holders = testing::Types<ArrayHolder<char>, BufHolder<char>>;
 TYPED_TEST_SUITE(HolderTest, Holders);
 
+// What a move leaves behind is looked at on purpose.
+// NOLINTBEGIN(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
 TYPED_TEST(HolderTest, OwnsOneArray) {
   const std::size_t before = liveBlocks();
   {
@@ -238,5 +246,6 @@ TYPED_TEST(HolderTest, OwnsOneArray) {
   }
   EXPECT_EQ(before, liveBlocks());
 }
+// NOLINTEND(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
 
 }  // namespace

@@ -81,7 +81,6 @@ void release(void* block, Form form) {
 
 }  // namespace
 
-// NOLINTBEGIN(misc-new-delete-overloads)
 void* operator new(std::size_t size) { return allocateOrThrow(size, Form::Plain); }
 void* operator new[](std::size_t size) { return allocateOrThrow(size, Form::Array); }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
@@ -96,7 +95,6 @@ void operator delete(void* block, std::size_t) noexcept { release(block, Form::P
 void operator delete[](void* block, std::size_t) noexcept { release(block, Form::Array); }
 void operator delete(void* block, const std::nothrow_t&) noexcept { release(block, Form::Plain); }
 void operator delete[](void* block, const std::nothrow_t&) noexcept { release(block, Form::Array); }
-// NOLINTEND(misc-new-delete-overloads)
 
 namespace cc::test {
 
@@ -113,7 +111,6 @@ AllocSweep::AllocSweep(std::size_t index, bool persistent) {
   faults.countdown = index;
 }
 
-// NOLINTNEXTLINE(readability-convert-member-functions-to-static)
 bool AllocSweep::hasFailed() const { return faults.fired; }
 
 AllocSweep::Armed::Armed(AllocSweep&) { faults.armed = true; }

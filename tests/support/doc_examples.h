@@ -27,11 +27,11 @@ inline std::string hexExample(const std::string& name) {
     unsigned int offset = 0;
     std::string digits;
     words >> std::hex >> offset;
-    if (!words || offset != bytes.size()) throw std::runtime_error(name + ": offset of " + line);
+    if (!words || offset != bytes.size()) throw std::runtime_error("offset of " + line);
     while (words >> digits) {
       std::size_t used = 0;
       const unsigned long byte = std::stoul(digits, &used, 16);
-      if (digits.size() != 2 || used != 2) throw std::runtime_error(name + ": " + line);
+      if (digits.size() != 2 || used != 2) throw std::runtime_error("bytes of " + line);
       bytes += static_cast<char>(byte);
     }
   }
