@@ -23,7 +23,7 @@ _common_core_tool() {
   [[ $word == = ]] && word=""
   [[ $before == = ]] && before="${COMP_WORDS[COMP_CWORD - 2]}"
   if [[ $before == --* ]]; then
-    values="$(grep -oE -e "$before[ =][a-z]+(\|[a-z]+)+" <<<"$section" | head -n 1)"
+    values="$(grep -oE -e "${before}[ =][a-z]+(\|[a-z]+)+" <<<"$section" | head -n 1)"
     if [[ -n $values ]]; then
       mapfile -t COMPREPLY < <(compgen -W "$(tr '|' ' ' <<<"${values#"$before"?}")" -- "$word")
       return 0

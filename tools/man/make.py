@@ -2,7 +2,8 @@
 """Writes the manual: section 1 from the tools, section 3 from the headers, section 5 from the
 description of the formats. Also runs Doxygen, whose warnings are errors.
 
-    tools/man/make.py --output DIR [--html DIR] [--version VERSION] [--tool NAME=COMMAND]... [--gzip]
+    tools/man/make.py --output DIR [--html DIR] [--version VERSION] [--gzip]
+                       [--tool NAME=COMMAND]...
 """
 
 import argparse
