@@ -17,9 +17,20 @@ constexpr int ReadOk = -1;
 constexpr int NoneLeft = -2;
 constexpr int maxNameLength = 511;
 
+// Where a tag ends, and the text that it lies in.
+struct Ends {
+  const char* tag;
+  const char* text;
+};
+
 // From the tag's `<` over the element name to just past the white space that follows it.
-int skipElementName(const char*& p, const char* end) {
-  while (p != end) {
+int skipElementName(const char*& p, const MLDoc::Token& token) {
+  p = token.tag.begin;
+  // The name that the tokenizer found holds neither.
+  const bool hasName =
+      token.name.begin == p + 1 && token.name.end > p && token.name.end < token.tag.end;
+  if (hasName) p = token.name.end;
+  while (p != token.tag.end) {
     const char c = *p++;
     if (c == '>') return NoneLeft;
     if (cc::isSpaceByte(c)) return ReadOk;
@@ -31,28 +42,20 @@ int skipElementName(const char*& p, const char* end) {
 int findName(const char*& p, const char* end) {
   p = cc::skipSpace(p, end);
   if (p == end) return cc::MsgAttributeUnended;
-  switch (*p) {
-    case '/':
-    case '>':
-    case '!':
-    case '?':
-    case '-':
-      return NoneLeft;
-    default:
-      break;
-  }
-  if (classOf(*p) != cc::ClassOther) return ReadOk;
+  const unsigned char kind = classOf(*p);
+  if (kind == cc::ClassName ? *p != '-' : *p == '<') return ReadOk;
+  if (kind == cc::ClassSeparator || *p == '-' || *p == '!' || *p == '?') return NoneLeft;
   ++p;
   return cc::MsgAttributeNameBadStart;
 }
 
 // From a name's first byte, which may be a `<`, to just past the byte that ends it.
-int readName(const char*& p, const char* end, ChPair& name) {
+int readName(const char*& p, const Ends& ends, ChPair& name) {
   const char* const begin = p;
-  const char* const limit = end - p > maxNameLength ? p + maxNameLength + 1 : end;
-  p = cc::findNameEnd(p + 1, limit);
+  const char* const limit = ends.tag - p > maxNameLength ? p + maxNameLength + 1 : ends.tag;
+  p = cc::findNameEndInside(p + 1, limit, ends.text);
   if (p == limit) {
-    return p == end ? cc::MsgAttributeNameUnended : cc::MsgAttributeNameTooLong;
+    return p == ends.tag ? cc::MsgAttributeNameUnended : cc::MsgAttributeNameTooLong;
   }
   const char ending = *p++;
   if (ending != '=' && !cc::isSpaceByte(ending)) return cc::MsgAttributeNameBadByte;
@@ -67,32 +70,33 @@ int findValue(const char*& p, const char* end) {
     p = cc::skipSpace(p, end);
     if (p == end) return cc::MsgAttributeUnended;
     const char c = *p++;
-    if (c == '=') {
-      if (equalsSeen) return cc::MsgAttributeSecondEqualsSign;
-      equalsSeen = true;
-    } else if (!equalsSeen) {
-      return cc::MsgAttributeNoEqualsSign;
-    } else {
-      return c == '"' ? ReadOk : cc::MsgAttributeNoOpeningQuote;
+    if (c == '"' && equalsSeen) return ReadOk;
+    if (c != '=') {
+      return equalsSeen ? cc::MsgAttributeNoOpeningQuote : cc::MsgAttributeNoEqualsSign;
     }
+    if (equalsSeen) return cc::MsgAttributeSecondEqualsSign;
+    equalsSeen = true;
   }
 }
 
-// From a value's first byte to just past its closing quote.
-int readValue(const char*& p, const char* end, ChPair& value) {
+// From a value's first byte to just past its closing quote. `control` becomes the first control
+// byte of the value, or its end.
+int readValue(const char*& p, const Ends& ends, ChPair& value, const char*& control) {
   const char* const begin = p;
-  p = cc::findByte(p, end, '"');
-  if (p == end) return cc::MsgAttributeUnclosed;
+  p = cc::findQuoteOrControl(p, ends.tag, ends.text);
+  control = p;
+  if (p != ends.tag && *p != '"') p = cc::findByte(p, ends.tag, '"');
+  if (p == ends.tag) return cc::MsgAttributeUnclosed;
   value = ChPair(begin, p++);
   return ReadOk;
 }
 
-// One whole attribute, from the end of what stands before it.
-int readAttribute(const char*& p, const char* end, MLDoc::Attribute& attribute) {
-  int failure = findName(p, end);
-  if (failure == ReadOk) failure = readName(p, end, attribute.name);
-  if (failure == ReadOk) failure = findValue(p, end);
-  if (failure == ReadOk) failure = readValue(p, end, attribute.value);
+// An attribute of any form, from its name's first byte to just past its closing quote.
+[[gnu::noinline]] int readAttribute(const char*& p, const Ends& ends, MLDoc::Attribute& attribute,
+                                    const char*& control) {
+  int failure = readName(p, ends, attribute.name);
+  if (failure == ReadOk) failure = findValue(p, ends.tag);
+  if (failure == ReadOk) failure = readValue(p, ends, attribute.value, control);
   return failure;
 }
 
@@ -106,26 +110,35 @@ void trimLineBreaks(ChPair& value) {
 }  // namespace
 
 bool MLDoc::attribute(const Token& token, Attribute& attribute) {
-  const ChPair tag = token.tag;
-  if (!cc::isInText(text, textSize, tag.begin) || !cc::isInText(text, textSize, tag.end)) {
+  if (!cc::isInText(text, textSize, token.tag.begin) ||
+      !cc::isInText(text, textSize, token.tag.end)) {
     erro(LocDictionaryCommonCore, cc::MsgAttributeUnended);
   }
-  const char* const end = tag.end;
+  const Ends ends{token.tag.end, text + textSize};
   const char* p = text + position;
-  int outcome = ReadOk;
-  if (p <= tag.begin || p >= end) {
-    p = tag.begin;
-    outcome = skipElementName(p, end);
+  const bool goesOn = p > token.tag.begin && p < ends.tag;
+  int outcome = goesOn ? ReadOk : skipElementName(p, token);
+  if (outcome == ReadOk) outcome = findName(p, ends.tag);
+  if (outcome == ReadOk) {
+    const cc::PlainAttribute plain = cc::findPlainAttribute(p, ends.tag, ends.text);
+    if (plain.valueEnd) {
+      attribute.name = ChPair(p, plain.nameEnd);
+      attribute.value = ChPair(plain.nameEnd + 2, plain.valueEnd);
+      position = static_cast<unsigned int>(plain.valueEnd + 1 - text);
+      return true;
+    }
   }
-  if (outcome == ReadOk) outcome = readAttribute(p, end, attribute);
-  if (outcome == NoneLeft) p = end;
+  const char* control = nullptr;
+  if (outcome == ReadOk) outcome = readAttribute(p, ends, attribute, control);
+  if (outcome == NoneLeft) p = ends.tag;
   position = static_cast<unsigned int>(p - text);
   if (outcome == NoneLeft) return false;
   if (outcome != ReadOk) erro(LocDictionaryCommonCore, outcome);
+  if (control == attribute.value.end) return true;
 
   trimLineBreaks(attribute.value);
   const ChPair value = attribute.value;
-  const char* control = cc::findControl(value.begin, value.end);
+  control = cc::findControl(value.begin, value.end);
   if (control == value.end) return true;
   warning(TTT(LocDictionaryCommonCore, getEndLineInAttributeWarningCode()), token, attribute);
   for (; control != value.end; control = cc::findControl(control, value.end)) {

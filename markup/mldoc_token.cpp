@@ -19,14 +19,10 @@ constexpr int maxNameLength = 510;
 
 // From the byte after a tag's name, or after `<?`, to just past the `>` outside of quotes.
 int readToTagEnd(const char*& p, const char* end) {
-  while (true) {
-    p = cc::findQuoteOrTagEnd(p, end);
-    if (p == end) return cc::MsgTagUnclosed;
-    if (*p++ == '>') return ReadOk;
-    p = cc::findByte(p, end, '"');
-    if (p == end) return cc::MsgTagUnclosed;
-    ++p;
-  }
+  p = cc::findTagEnd(p, end);
+  if (p == end) return cc::MsgTagUnclosed;
+  ++p;
+  return ReadOk;
 }
 
 // From the byte after `<!` to just past the first `-->`, of which the four bytes that are skipped
@@ -49,7 +45,7 @@ int readToCommentEnd(const char*& p, const char* end) {
 int readName(const char*& p, const char* end, ChPair& name) {
   const char* const begin = p;
   const char* const limit = end - p > maxNameLength ? p + maxNameLength + 1 : end;
-  p = cc::findNameEnd(p, limit);
+  p = cc::findNameEndInside(p, limit, end);
   if (p == limit) {
     return p - begin > maxNameLength ? cc::MsgElementNameTooLong : cc::MsgTagUnclosed;
   }
@@ -61,44 +57,41 @@ int readName(const char*& p, const char* end, ChPair& name) {
   return ReadOk;
 }
 
-// From an element tag's name to just past its end.
-int readElement(const char*& p, const char* end, ChPair& name) {
-  const int failure = readName(p, end, name);
-  if (failure != ReadOk || p[-1] == '>') return failure;
-  return readToTagEnd(p, end);
+// From the byte after `<?` or `<!` to just past the markup.
+int readOther(const char*& p, const char* end, MLDoc::Token& token) {
+  token.opening = false;
+  token.closing = false;
+  if (p[-1] == '?') {
+    token.type = MLDoc::Token::Instruction;
+    return readToTagEnd(p, end);
+  }
+  token.type = MLDoc::Token::Comment;
+  return readToCommentEnd(p, end);
 }
 
-void setShape(MLDoc::Token& token, int type, bool opening, bool closing) {
-  token.type = type;
-  token.opening = opening;
-  token.closing = closing;
-}
-
-// From the byte after `<` to just past the markup.
+// From the byte after `<` to just past the markup. Start and end tags take the same way, since
+// which of them comes next is hard to predict.
 int readMarkup(const char*& p, const char* end, MLDoc::Token& token) {
   if (p == end) return cc::MsgTagUnclosed;
-  switch (*p) {
-    case '/':
-      ++p;
-      setShape(token, MLDoc::Token::Element, false, true);
-      --token.depth;
-      return readElement(p, end, token.name);
-    case '?':
-      ++p;
-      setShape(token, MLDoc::Token::Instruction, false, false);
-      return readToTagEnd(p, end);
-    case '!':
-      ++p;
-      setShape(token, MLDoc::Token::Comment, false, false);
-      return readToCommentEnd(p, end);
-    default:
-      break;
-  }
-  setShape(token, MLDoc::Token::Element, true, false);
-  const int failure = readElement(p, end, token.name);
+  if (*p == '?' || *p == '!') return readOther(++p, end, token);
+  const bool isEnd = *p == '/';
+  p += isEnd;
+  token.type = MLDoc::Token::Element;
+  token.opening = !isEnd;
+  token.closing = isEnd;
+  token.depth -= isEnd;
+  const char* const begin = p;
+  int failure = readName(p, end, token.name);
   if (failure != ReadOk) return failure;
-  token.closing = p[-2] == '/';
-  if (!token.closing) ++token.depth;
+  // The name holds nothing that matters here, and searching from its begin need not wait for its
+  // end.
+  p = begin;
+  failure = readToTagEnd(p, end);
+  if (failure != ReadOk) return failure;
+  // Behind a name there is never a '/' right before the '>'.
+  const bool isEmpty = !isEnd && p[-2] == '/';
+  token.closing = isEnd || isEmpty;
+  token.depth += !isEnd && !isEmpty;
   return ReadOk;
 }
 
