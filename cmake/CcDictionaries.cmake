@@ -34,21 +34,30 @@ endfunction()
 file(MAKE_DIRECTORY "${CC_LNG_DIR}")
 set(outputs "")
 cc_compile_dictionaries("${PROJECT_SOURCE_DIR}/data")
+# Gives a program the C++ record of its own dictionary.
+function(cc_dictionary_record target document)
+  cmake_path(GET document STEM name)
+  set(generated "${PROJECT_BINARY_DIR}/generated/${name}")
+  file(MAKE_DIRECTORY "${generated}")
+  add_custom_command(
+    OUTPUT "${generated}/${name}_loc.h"
+    COMMAND ${cclng_command} header "${document}" -o "${generated}/${name}_loc.h"
+    DEPENDS cclng "${document}"
+    COMMENT "Writing the record of dictionary ${name}"
+    VERBATIM)
+  target_sources(${target} PRIVATE "${generated}/${name}_loc.h")
+  target_include_directories(${target} PRIVATE "${generated}")
+endfunction()
+
+if(TARGET ccml)
+  cc_dictionary_record(ccml "${PROJECT_SOURCE_DIR}/data/ccml.${CC_REFERENCE_LANGUAGE}.xml")
+endif()
 foreach(stem IN LISTS CC_EXAMPLES)
   set(folder "${PROJECT_SOURCE_DIR}/examples/${stem}")
   cc_compile_dictionaries("${folder}")
   set(document "${folder}/${stem}.${CC_REFERENCE_LANGUAGE}.xml")
   if(EXISTS "${document}")
-    set(generated "${PROJECT_BINARY_DIR}/generated/${stem}")
-    file(MAKE_DIRECTORY "${generated}")
-    add_custom_command(
-      OUTPUT "${generated}/${stem}_loc.h"
-      COMMAND ${cclng_command} header "${document}" -o "${generated}/${stem}_loc.h"
-      DEPENDS cclng "${document}"
-      COMMENT "Writing the record of dictionary ${stem}"
-      VERBATIM)
-    target_sources(example_${stem} PRIVATE "${generated}/${stem}_loc.h")
-    target_include_directories(example_${stem} PRIVATE "${generated}")
+    cc_dictionary_record(example_${stem} "${document}")
   endif()
 endforeach()
 add_custom_target(dictionaries ALL DEPENDS ${outputs})
