@@ -1,15 +1,18 @@
-// Tables, searches, comparison, copies and case of byte strings and 16-bit strings.
+// Tables, comparison, copies and case of byte strings and 16-bit strings.
 //
 // The tables are plain zero-initialised arrays; a static object of the first initialisation
 // priority fills them while the library is being loaded.
 
 #include "charproc.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstring>
 #include <new>
 
+#include "core/case_tables.h"
 #include "core/init_order.h"
+#include "core/kernels.h"
 #include "platform/locale.h"
 #include "utf8proc.h"
 
@@ -25,7 +28,7 @@ int processor = 1;
 
 namespace {
 
-unsigned char upper(char c) { return chr_upper_table_ascii[static_cast<unsigned char>(c)]; }
+unsigned char byteOf(char c) { return static_cast<unsigned char>(c); }
 
 char classOf(int byte) {
   if (byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n') return 'W';
@@ -51,6 +54,28 @@ T* copyOf(const T* s, std::size_t n) {
   return copy;
 }
 
+// Index of the first of `n` bytes that do not match without case, or `n`.
+std::size_t matchNoCase(const char* a, const char* b, std::size_t n) {
+  if (cc::caseTables.plainBytes) return cc::kernels::loops->matchNoCase(a, b, n);
+  std::size_t i = 0;
+  while (i < n && chr_upper_table_ascii[byteOf(a[i])] == chr_upper_table_ascii[byteOf(b[i])]) ++i;
+  return i;
+}
+
+// Replaces each byte by its entry in `table`; `plainLoop` does the same where letters of ASCII are
+// all there is to replace.
+char* mapBytes(char* begin, const char* end, const unsigned char* table,
+               void (*plainLoop)(char*, char*)) {
+  if (begin >= end) return begin;
+  char* const last = begin + (end - begin);
+  if (cc::caseTables.plainBytes) {
+    plainLoop(begin, last);
+  } else {
+    for (char* p = begin; p != last; ++p) *p = static_cast<char>(table[byteOf(*p)]);
+  }
+  return last;
+}
+
 struct TableFiller {
   TableFiller() { chr_tables_prepare(); }
 };
@@ -72,6 +97,7 @@ void chr_tables_prepare() {
     chr_lower_table_utf16[u] = static_cast<unsigned short>(cc::locale::lowerWide(u));
     chr_upper_table_utf16[u] = static_cast<unsigned short>(cc::locale::upperWide(u));
   }
+  cc::deriveCaseTables();
   chr_tables_prepare_done = true;
 }
 
@@ -86,41 +112,6 @@ const unsigned short* strchr_utf16(const unsigned short* s, unsigned short c) {
   return s;
 }
 
-const char* strbchr(const char* begin, const char* end, char c) {
-  while (end > begin) {
-    if (*--end == c) return end;
-  }
-  return nullptr;
-}
-
-const char* strfind(const char* s, unsigned int n, char c) {
-  return n == 0 ? nullptr : static_cast<const char*>(std::memchr(s, c, n));
-}
-
-const char* strfind(const char* text, unsigned int textLen, const char* pat, unsigned int patLen) {
-  if (!pat || !text || patLen == 0 || textLen == 0) return text + textLen;
-  return static_cast<const char*>(memmem(text, textLen, pat, patLen));
-}
-
-const char* strfind_i_ascii(const char* begin, const char* end, char c) {
-  const unsigned char wanted = upper(c);
-  for (; begin < end; ++begin) {
-    if (upper(*begin) == wanted) return begin;
-  }
-  return nullptr;
-}
-
-const char* strfind_i_ascii(const char* text, unsigned int textLen, const char* pat,
-                            unsigned int patLen) {
-  if (!pat || !text || patLen == 0 || textLen == 0) return text + textLen;
-  if (textLen < patLen) return nullptr;
-  const char* last = text + (textLen - patLen) + 1;
-  for (const char* p = text; (p = strfind_i_ascii(p, last, *pat)) != nullptr; ++p) {
-    if (streq_i_ascii(p, patLen, pat, patLen)) return p;
-  }
-  return nullptr;
-}
-
 int strcmp0(const char* a, const char* b) {
   return std::strcmp(a ? a : empty_string, b ? b : empty_string);
 }
@@ -132,22 +123,16 @@ int strcmp_i_ascii(const char* a, const char* b) {
 }
 
 int strcmp_i_ascii(const char* b1, const char* e1, const char* b2, const char* e2) {
-  if (!b1) e1 = b1;
-  if (!b2) e2 = b2;
-  for (; b1 < e1 && b2 < e2; ++b1, ++b2) {
-    if (*b1 != *b2 && upper(*b1) != upper(*b2)) {
-      return static_cast<unsigned char>(*b1) > static_cast<unsigned char>(*b2) ? 1 : -1;
-    }
-  }
-  return (b1 < e1 ? 1 : 0) - (b2 < e2 ? 1 : 0);
+  const std::size_t n1 = b1 && b1 < e1 ? static_cast<std::size_t>(e1 - b1) : 0;
+  const std::size_t n2 = b2 && b2 < e2 ? static_cast<std::size_t>(e2 - b2) : 0;
+  const std::size_t n = std::min(n1, n2);
+  const std::size_t same = matchNoCase(b1, b2, n);
+  if (same != n) return byteOf(b1[same]) > byteOf(b2[same]) ? 1 : -1;
+  return (n1 > n ? 1 : 0) - (n2 > n ? 1 : 0);
 }
 
 bool streq_i_ascii(const char* a, unsigned int na, const char* b, unsigned int nb) {
-  if (na != nb) return false;
-  for (unsigned int i = 0; i < na; ++i) {
-    if (upper(a[i]) != upper(b[i])) return false;
-  }
-  return true;
+  return na == nb && matchNoCase(a, b, na) == na;
 }
 
 int strcompare(const char* a, unsigned int na, const char* b, unsigned int nb) {
@@ -205,15 +190,11 @@ void stradd(char*& s, unsigned int len, const char* add, unsigned int addLen) {
 }
 
 char* strlw_ascii(char* begin, const char* end) {
-  for (; begin < end; ++begin) {
-    *begin = static_cast<char>(chr_lower_table_ascii[static_cast<unsigned char>(*begin)]);
-  }
-  return begin;
+  return mapBytes(begin, end, chr_lower_table_ascii, cc::kernels::loops->lowerAscii);
 }
 
 char* strup_ascii(char* begin, const char* end) {
-  for (; begin < end; ++begin) *begin = static_cast<char>(upper(*begin));
-  return begin;
+  return mapBytes(begin, end, chr_upper_table_ascii, cc::kernels::loops->upperAscii);
 }
 
 unsigned short* strlw_utf16(unsigned short* begin, const unsigned short* end) {

@@ -1,13 +1,15 @@
 // Numbers and dates as text and back.
 //
 // The zero-terminated decimal parsers stand on the C library and share one frame that checks
-// `errno` and the end position; the range parsers are self-contained.
+// `errno` and the end position. The range parsers read eight digits at a time.
 
 #include <cerrno>
 #include <climits>
+#include <cstdint>
 #include <cstring>
 
 #include "charproc.h"
+#include "core/kernels.h"
 #include "platform/locale.h"
 
 namespace {
@@ -51,21 +53,43 @@ bool parseWhole(const char* s, T (*parse)(const char*, char**), T& value) {
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
+// Up to eight decimal digits at once: each step joins neighbours of twice the width. `wrong` gets
+// bits where a byte is no digit.
+std::uint64_t valueOf8(const char* p, std::size_t n, std::uint64_t& wrong) {
+  constexpr std::uint64_t ones = ~std::uint64_t{0} / 0xFF;
+  std::uint64_t v = cc::kernels::loadUpTo8(p, n);
+  v = n == 0 ? 0 : (v ^ ones * '0') << (64 - 8 * n);  // zeros in front
+  wrong |= ((v + ones * (0x7F - 9)) | v) & ones * 0x80;
+  v = v * 10 + (v >> 8);
+  constexpr std::uint64_t everyFourth = 0x000000FF000000FF;
+  const std::uint64_t front = (v & everyFourth) * (100 + (std::uint64_t{1000000} << 32));
+  const std::uint64_t back = (v >> 16 & everyFourth) * (1 + (std::uint64_t{10000} << 32));
+  return (front + back) >> 32;
+}
+
 // An optional sign and decimal digits that fill the range, of a magnitude of at most `limit`.
 template <class T>
 bool parseRange(const char* begin, const char* end, T limit, T& out) {
+  constexpr std::uint64_t e8 = 100000000;
   if (!begin || end <= begin || end - begin > 20) return false;
   const bool negative = *begin == '-';
   if (negative || *begin == '+') ++begin;
-  if (begin == end) return false;
-  T value = 0;
-  for (; begin != end; ++begin) {
-    if (!isDigit(*begin)) return false;
-    const T digit = *begin - '0';
-    if (value > (limit - digit) / 10) return false;
-    value = value * 10 + digit;
+  const std::size_t n = static_cast<std::size_t>(end - begin);
+  if (n == 0) return false;
+  std::uint64_t wrong = 0;
+  std::uint64_t value = 0;
+  if (n <= 8) {
+    value = valueOf8(begin, n, wrong);
+  } else {
+    const std::size_t before = n <= 16 ? 0 : n - 16;
+    const std::uint64_t top = valueOf8(begin, before, wrong);
+    value = valueOf8(begin + before, n - before - 8, wrong) * e8 + valueOf8(end - 8, 8, wrong);
+    if (top > LLONG_MAX / (e8 * e8)) return false;
+    value += top * (e8 * e8);
   }
-  out = negative ? -value : value;
+  if (wrong != 0 || value > static_cast<std::uint64_t>(limit)) return false;
+  const T magnitude = static_cast<T>(value);
+  out = negative ? -magnitude : magnitude;
   return true;
 }
 
@@ -157,24 +181,23 @@ bool strtonumber(const char*& p, const char* end, unsigned int& value, int limit
 
 void str2bin(const char* hex, void* out, int n) {
   unsigned char* bytes = static_cast<unsigned char*>(out);
-  int i = 0;
-  for (; i < n; ++i, hex += 2) {
-    const unsigned int high = hexValue(hex[0]);
+  const std::size_t count = static_cast<std::size_t>(n);
+  // Behind a terminator there may be nothing to read.
+  const std::size_t pairs = count <= 8 ? 0 : strnlen(hex, 2 * count) / 2;
+  std::size_t i = cc::kernels::loops->decodeHex(hex, pairs, bytes);
+  for (; i < count; ++i) {
+    const unsigned int high = hexValue(hex[2 * i]);
     if (high > 15) break;
-    const unsigned int low = hexValue(hex[1]);
+    const unsigned int low = hexValue(hex[2 * i + 1]);
     if (low > 15) break;
     bytes[i] = static_cast<unsigned char>(high << 4 | low);
   }
-  if (i < n) std::memset(bytes + i, 0, static_cast<std::size_t>(n - i));
+  if (i < count) std::memset(bytes + i, 0, count - i);
 }
 
 void bin2str(const void* data, int n, char* out) {
-  static const char digits[] = "0123456789ABCDEF";
   const unsigned char* bytes = static_cast<const unsigned char*>(data);
-  for (int i = 0; i < n; ++i) {
-    *out++ = digits[bytes[i] >> 4];
-    *out++ = digits[bytes[i] & 15];
-  }
+  cc::kernels::loops->encodeHex(bytes, static_cast<std::size_t>(n), out);
 }
 
 bool sprintf_date(long t, char* buf, int size) { return formatLocal(t, buf, size, "%x"); }

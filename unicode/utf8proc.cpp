@@ -5,7 +5,10 @@
 
 #include "utf8proc.h"
 
+#include <cstring>
+
 #include "charproc.h"
+#include "core/kernels.h"
 
 namespace {
 
@@ -40,6 +43,7 @@ const char* characterAt(const char* begin, const char* p) {
 const char* strchk_utf8(const char* s, unsigned int n) {
   if (!s) return nullptr;
   const char* end = s + n;
+  s = cc::kernels::loops->validPrefix(s, end);
   while (s != end) {
     const unsigned char lead = static_cast<unsigned char>(*s);
     if (lead < 0x80) {
@@ -58,29 +62,29 @@ const char* strchk_utf8(const char* s, unsigned int n) {
 }
 
 unsigned int strlen_utf8(const char* s) {
-  unsigned int n = 0;
   if (!s) return 0;
-  for (; *s; ++s) n += !continues(*s);
+  // In pieces that stay in the cache: each is measured, then counted.
+  constexpr std::size_t piece = 4096;
+  unsigned int n = 0;
+  for (std::size_t length = piece; length == piece; s += piece) {
+    length = strnlen(s, piece);
+    n += strlen_utf8(s, s + length);
+  }
   return n;
 }
 
 unsigned int strlen_utf8(const char* begin, const char* end) {
-  unsigned int n = 0;
-  for (; begin < end; ++begin) n += !continues(*begin);
-  return n;
+  if (begin >= end) return 0;
+  return static_cast<unsigned int>(cc::kernels::loops->countCharacters(begin, end));
 }
 
 unsigned int strlen_utf8(const unsigned short* s) {
-  unsigned int n = 0;
-  if (!s) return 0;
-  for (; *s; ++s) n += encodedLength(*s);
-  return n;
+  return s ? strlen_utf8(s, strchr_utf16(s, 0)) : 0;
 }
 
 unsigned int strlen_utf8(const unsigned short* begin, const unsigned short* end) {
-  unsigned int n = 0;
-  for (; begin < end; ++begin) n += encodedLength(*begin);
-  return n;
+  if (begin >= end) return 0;
+  return static_cast<unsigned int>(cc::kernels::loops->encodedSize(begin, end));
 }
 
 const char* chrpass_utf8(const char* p, const char* end) {

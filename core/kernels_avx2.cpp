@@ -1,0 +1,12 @@
+// The loops over blocks of 32 bytes.
+
+#include "core/kernels.h"
+
+CC_TARGET_BEGIN(CC_AVX2)
+namespace cc::kernels::avx2 {
+using Block = Avx2Block;
+#include "core/kernels_loops.h"
+}  // namespace cc::kernels::avx2
+CC_TARGET_END
+
+const cc::kernels::Loops cc::kernels::avx2Loops = cc::kernels::avx2::table;

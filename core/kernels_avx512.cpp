@@ -1,0 +1,12 @@
+// The loops over blocks of 64 bytes.
+
+#include "core/kernels.h"
+
+CC_TARGET_BEGIN(CC_AVX512)
+namespace cc::kernels::avx512 {
+using Block = Avx512Block;
+#include "core/kernels_loops.h"
+}  // namespace cc::kernels::avx512
+CC_TARGET_END
+
+const cc::kernels::Loops cc::kernels::avx512Loops = cc::kernels::avx512::table;

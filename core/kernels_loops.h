@@ -1,0 +1,298 @@
+// The hot loops over one kind of block. Included once per kind, inside of a namespace that says
+// which type `Block` is; there is no include guard on purpose.
+//
+// A range is taken in whole blocks and one last block for what is left: one that ends at the end of
+// the range where there is room for it, else a block filled up with zeros.
+
+using Bytes = Block::Bytes;
+using Marks = Block::Marks;
+using Mask = Block::Mask;
+constexpr std::size_t blockSize = Block::size;
+
+inline Bytes loadAt(const char* p) { return Block::load(p); }
+
+inline std::size_t sizeOf(const char* begin, const char* end) {
+  return static_cast<std::size_t>(end - begin);
+}
+
+// ------------------------------------------------------------------ UTF-8
+
+// The marks of the bytes at `p` that are wrong; two bytes before `p` are readable.
+inline Marks misplacedAt(const char* p) {
+  return Block::misplaced(loadAt(p), loadAt(p - 1), loadAt(p - 2));
+}
+
+inline bool isWrongAtStart(Bytes v) {
+  return Block::mask(Block::misplaced(v, Block::moved1(v), Block::moved2(v))) != 0;
+}
+
+// Start of the last character that begins before `p`, where all before `p` is valid.
+inline const char* lastStartBefore(const char* begin, const char* p) {
+  while (p > begin && (*--p & 0xC0) == 0x80) {
+  }
+  return p;
+}
+
+// `end`, or the start of a last character that lacks bytes.
+inline const char* withoutCutCharacter(const char* begin, const char* end) {
+  if (begin != end && static_cast<unsigned char>(end[-1]) >= 0xC0) return end - 1;
+  if (end - begin > 1 && static_cast<unsigned char>(end[-2]) >= 0xE0) return end - 2;
+  return end;
+}
+
+inline const char* validPrefix(const char* begin, const char* end) {
+  const std::size_t n = sizeOf(begin, end);
+  if (n < blockSize) {
+    if (isWrongAtStart(Block::loadPart(begin, n))) return begin;
+    return withoutCutCharacter(begin, end);
+  }
+  if (isWrongAtStart(loadAt(begin))) return begin;
+  const char* p = begin + blockSize;
+  for (; sizeOf(p, end) >= 4 * blockSize; p += 4 * blockSize) {
+    const Bytes v0 = loadAt(p);
+    const Bytes v1 = loadAt(p + blockSize);
+    const Bytes v2 = loadAt(p + 2 * blockSize);
+    const Bytes v3 = loadAt(p + 3 * blockSize);
+    // The two bytes before count in: a character that they begin would have to go on.
+    const Bytes all = Block::either(Block::either(v0, v1), Block::either(v2, v3));
+    if (Block::isAscii(Block::either(all, loadAt(p - 2)))) continue;
+    const Marks wrong01 = Block::either(misplacedAt(p), misplacedAt(p + blockSize));
+    const Marks wrong23 =
+        Block::either(misplacedAt(p + 2 * blockSize), misplacedAt(p + 3 * blockSize));
+    if (Block::mask(Block::either(wrong01, wrong23)) != 0) return lastStartBefore(begin, p);
+  }
+  for (; sizeOf(p, end) >= blockSize; p += blockSize) {
+    if (Block::mask(misplacedAt(p)) != 0) return lastStartBefore(begin, p);
+  }
+  if (n >= blockSize + 2) {
+    if (Block::mask(misplacedAt(end - blockSize)) != 0) return lastStartBefore(begin, p);
+  } else if (const std::size_t left = sizeOf(p, end); left != 0) {
+    const Marks wrong = Block::misplaced(Block::loadPart(p, left), Block::loadPart(p - 1, left),
+                                         Block::loadPart(p - 2, left));
+    if (Block::mask(wrong) != 0) return lastStartBefore(begin, p);
+  }
+  return withoutCutCharacter(begin, end);
+}
+
+inline std::size_t countCharacters(const char* begin, const char* end) {
+  const std::size_t n = sizeOf(begin, end);
+  std::size_t continuing = 0;
+  const char* p = begin;
+  while (sizeOf(p, end) >= 2 * blockSize) {
+    Bytes tally0 = Block::all(0);
+    Bytes tally1 = Block::all(0);
+    std::size_t turns = sizeOf(p, end) / (2 * blockSize);
+    turns = turns < 255 ? turns : 255;
+    for (std::size_t i = 0; i < turns; ++i, p += 2 * blockSize) {
+      tally0 = Block::tallied(tally0, Block::continuations(loadAt(p)));
+      tally1 = Block::tallied(tally1, Block::continuations(loadAt(p + blockSize)));
+    }
+    continuing += Block::sum(tally0) + Block::sum(tally1);
+  }
+  Bytes tally = Block::all(0);
+  for (; sizeOf(p, end) >= blockSize; p += blockSize) {
+    tally = Block::tallied(tally, Block::continuations(loadAt(p)));
+  }
+  tally = Block::tallied(tally, Block::continuations(Block::loadPart(p, sizeOf(p, end))));
+  return n - continuing - Block::sum(tally);
+}
+
+inline std::size_t encodedSize(const unsigned short* begin, const unsigned short* end) {
+  const std::size_t n = static_cast<std::size_t>(end - begin);
+  const char* p = reinterpret_cast<const char*>(begin);
+  const char* const last = reinterpret_cast<const char*>(end);
+  std::size_t missing = 0;  // of three bytes for each unit
+  while (sizeOf(p, last) >= blockSize) {
+    Bytes tally = Block::all(0);
+    std::size_t turns = sizeOf(p, last) / blockSize;
+    turns = turns < 30000 ? turns : 30000;
+    for (std::size_t i = 0; i < turns; ++i, p += blockSize) {
+      tally = Block::talliedShort(tally, loadAt(p));
+    }
+    missing += Block::sumOfUnits(tally);
+  }
+  const std::size_t left = sizeOf(p, last);
+  if (left != 0) {
+    const Bytes tally = Block::talliedShort(Block::all(0), Block::loadPart(p, left));
+    missing += Block::sumOfUnits(tally) - (blockSize - left);  // the zeros count as two each
+  }
+  return 3 * n - missing;
+}
+
+// ------------------------------------------------------------------ case
+
+// Flips the case of the letters from `low` to `high`. A byte that is met twice at the end has no
+// letter of the range any more.
+inline void flipCase(char* begin, char* end, unsigned char low, unsigned char high) {
+  const auto flipped = [low, high](Bytes v) {
+    return Block::differ(v, Block::where(Block::range(v, low, high), 0x20));
+  };
+  char* p = begin;
+  for (; sizeOf(p, end) >= blockSize; p += blockSize) Block::store(p, flipped(loadAt(p)));
+  if (p == end) return;
+  if (p != begin) {
+    Block::store(end - blockSize, flipped(loadAt(end - blockSize)));
+    return;
+  }
+  using Word = PlainBlock;
+  for (; sizeOf(p, end) >= Word::size; p += Word::size) {
+    const Word::Bytes v = Word::load(p);
+    Word::store(p, Word::differ(v, Word::where(Word::range(v, low, high), 0x20)));
+  }
+  for (; p != end; ++p) {
+    const unsigned char c = static_cast<unsigned char>(*p);
+    if (c >= low && c <= high) *p = static_cast<char>(c ^ 0x20);
+  }
+}
+
+inline void upperAscii(char* begin, char* end) { flipCase(begin, end, 'a', 'z'); }
+inline void lowerAscii(char* begin, char* end) { flipCase(begin, end, 'A', 'Z'); }
+
+// Marks where the bytes differ by no more than the case of a letter.
+inline Marks sameNoCase(Bytes a, Bytes b) {
+  const Bytes caseBit = Block::all(0x20);
+  const Marks letters = Block::range(Block::either(a, caseBit), 'a', 'z');
+  const Marks otherCase = Block::both(Block::equal(Block::differ(a, b), caseBit), letters);
+  return Block::either(Block::equal(a, b), otherCase);
+}
+
+inline std::size_t matchNoCase(const char* a, const char* b, std::size_t n) {
+  std::size_t i = 0;
+  for (; n - i >= 2 * blockSize; i += 2 * blockSize) {
+    const Marks same0 = sameNoCase(loadAt(a + i), loadAt(b + i));
+    const Marks same1 = sameNoCase(loadAt(a + i + blockSize), loadAt(b + i + blockSize));
+    if (Block::mask(Block::others(Block::both(same0, same1))) == 0) continue;
+    const Mask m = Block::mask(Block::others(same0));
+    if (m != 0) return i + Block::first(m);
+    return i + blockSize + Block::first(Block::mask(Block::others(same1)));
+  }
+  for (; n - i >= blockSize; i += blockSize) {
+    const Mask m = Block::mask(Block::others(sameNoCase(loadAt(a + i), loadAt(b + i))));
+    if (m != 0) return i + Block::first(m);
+  }
+  if (i == n) return n;
+  if (n >= blockSize) {
+    i = n - blockSize;
+    const Mask m = Block::mask(Block::others(sameNoCase(loadAt(a + i), loadAt(b + i))));
+    return m != 0 ? i + Block::first(m) : n;
+  }
+  const Marks same = sameNoCase(Block::loadPart(a, n), Block::loadPart(b, n));
+  const Mask m = Block::mask(Block::others(same));  // the zeros behind are the same
+  return m != 0 ? Block::first(m) : n;
+}
+
+// ------------------------------------------------------------------ search
+
+struct ExactFilter {
+  Bytes byte[2];
+  explicit ExactFilter(const PatternFilter& f)
+      : byte{Block::all(f.byte[0][0]), Block::all(f.byte[1][0])} {}
+  Marks matches(std::size_t k, Bytes v) const { return Block::equal(v, byte[k]); }
+};
+
+struct NoCaseFilter {
+  Bytes byte[2][2];
+  explicit NoCaseFilter(const PatternFilter& f)
+      : byte{{Block::all(f.byte[0][0]), Block::all(f.byte[0][1])},
+             {Block::all(f.byte[1][0]), Block::all(f.byte[1][1])}} {}
+  Marks matches(std::size_t k, Bytes v) const {
+    return Block::either(Block::equal(v, byte[k][0]), Block::equal(v, byte[k][1]));
+  }
+};
+
+// The first of four blocks at `p` that has both bytes; `first` are the marks of the first byte.
+template <class Filter>
+inline const char* confirm(const char* p, const Marks (&first)[4], const Filter& wanted,
+                           std::size_t offset) {
+  for (std::size_t i = 0; i < 4; ++i) {
+    const char* block = p + i * blockSize;
+    const Marks second = wanted.matches(1, loadAt(block + offset));
+    const Mask m = Block::mask(Block::both(first[i], second));
+    if (m != 0) return block + Block::first(m);
+  }
+  return nullptr;
+}
+
+// The first byte of the filter is the rarer one: four blocks are looked through for it alone.
+template <class Filter>
+inline const char* findWith(const char* begin, const char* end, const PatternFilter& filter) {
+  const Filter wanted(filter);
+  const std::size_t at0 = filter.offset[0];
+  const std::size_t at1 = filter.offset[1];
+  const auto both = [&](Bytes v0, Bytes v1) {
+    return Block::mask(Block::both(wanted.matches(0, v0), wanted.matches(1, v1)));
+  };
+  const char* p = begin;
+  for (; sizeOf(p, end) >= 4 * blockSize; p += 4 * blockSize) {
+    const Marks first[4] = {wanted.matches(0, loadAt(p + at0)),
+                            wanted.matches(0, loadAt(p + at0 + blockSize)),
+                            wanted.matches(0, loadAt(p + at0 + 2 * blockSize)),
+                            wanted.matches(0, loadAt(p + at0 + 3 * blockSize))};
+    const Marks any =
+        Block::either(Block::either(first[0], first[1]), Block::either(first[2], first[3]));
+    if (Block::mask(any) == 0) continue;
+    if (const char* found = confirm(p, first, wanted, at1)) return found;
+  }
+  for (; sizeOf(p, end) >= blockSize; p += blockSize) {
+    const Mask m = both(loadAt(p + at0), loadAt(p + at1));
+    if (m != 0) return p + Block::first(m);
+  }
+  if (p == end) return end;
+  if (sizeOf(begin, end) >= blockSize) {
+    p = end - blockSize;  // what is met again has been refused
+    const Mask m = both(loadAt(p + at0), loadAt(p + at1));
+    return m != 0 ? p + Block::first(m) : end;
+  }
+  const std::size_t left = sizeOf(p, end);
+  const Mask m = both(Block::loadPart(p + at0, left), Block::loadPart(p + at1, left));
+  return m != 0 && Block::first(m) < left ? p + Block::first(m) : end;
+}
+
+inline const char* findPattern(const char* begin, const char* end, const PatternFilter& filter) {
+  return findWith<ExactFilter>(begin, end, filter);
+}
+
+inline const char* findPatternNoCase(const char* begin, const char* end,
+                                     const PatternFilter& filter) {
+  return findWith<NoCaseFilter>(begin, end, filter);
+}
+
+// ------------------------------------------------------------------ hexadecimal text
+
+// Two digits of each byte stand in one unit, the high one first.
+inline void encodeHex(const unsigned char* data, std::size_t n, char* out) {
+  constexpr std::size_t half = blockSize / 2;
+  for (; n >= half; n -= half, data += half, out += blockSize) {
+    const Bytes units = Block::widened(data);
+    const Bytes digits =
+        Block::both(Block::either(Block::down4(units), Block::up8(units)), Block::all(0x0F));
+    const Bytes letters = Block::where(Block::others(Block::below(digits, 10)), 'A' - '0' - 10);
+    Block::store(out, Block::plus(Block::plus(digits, Block::all('0')), letters));
+  }
+  for (; n != 0; --n, ++data) {
+    *out++ = "0123456789ABCDEF"[*data >> 4];
+    *out++ = "0123456789ABCDEF"[*data & 15];
+  }
+}
+
+inline std::size_t decodeHex(const char* hex, std::size_t n, unsigned char* out) {
+  constexpr std::size_t half = blockSize / 2;
+  std::size_t done = 0;
+  for (; n - done >= half; done += half) {
+    const Bytes v = loadAt(hex + 2 * done);
+    const Marks letters = Block::range(Block::either(v, Block::all(0x20)), 'a', 'f');
+    const Marks digits = Block::range(v, '0', '9');
+    if (Block::mask(Block::others(Block::either(letters, digits))) != 0) break;
+    const Bytes nibbles = Block::plus(Block::both(v, Block::all(0x0F)), Block::where(letters, 9));
+    // The high nibble stands first, in the low byte.
+    const Bytes high = Block::down4(Block::up8(nibbles));
+    const Bytes low = Block::down4(Block::down4(nibbles));
+    Block::storeNarrowed(out + done, Block::either(high, low));
+  }
+  return done;
+}
+
+constexpr Loops table = {
+    Block::name, validPrefix, countCharacters,   encodedSize, upperAscii, lowerAscii,
+    matchNoCase, findPattern, findPatternNoCase, encodeHex,   decodeHex,
+};

@@ -1,0 +1,12 @@
+// The loops over blocks of 16 bytes.
+
+#include "core/kernels.h"
+
+CC_TARGET_BEGIN(CC_SSE2)
+namespace cc::kernels::sse2 {
+using Block = Sse2Block;
+#include "core/kernels_loops.h"
+}  // namespace cc::kernels::sse2
+CC_TARGET_END
+
+const cc::kernels::Loops cc::kernels::sse2Loops = cc::kernels::sse2::table;
