@@ -13,10 +13,17 @@ namespace ccml {
 
 namespace {
 
-// A message of several lines as one.
-std::string oneLine(std::string text) {
-  std::replace(text.begin(), text.end(), '\n', ' ');
-  return text;
+// A message of several lines as one: a line that ends without a full stop gets a semicolon.
+std::string oneLine(const std::string& text) {
+  std::string line;
+  for (const char c : text) {
+    if (c != '\n') {
+      line += c;
+    } else if (!line.empty()) {
+      line += line.back() == '.' ? " " : "; ";
+    }
+  }
+  return line;
 }
 
 const char* nameOf(Severity severity) { return severity == Severity::Error ? "error" : "warning"; }
