@@ -34,10 +34,8 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION "share/doc/${CC_P
         COMPONENT dev)
 
 # The dictionaries are configuration: what an administrator changed in them stays.
-file(GLOB dictionaries RELATIVE "${PROJECT_SOURCE_DIR}/data"
-     "${PROJECT_SOURCE_DIR}/data/common_core.*.xml")
-list(TRANSFORM dictionaries REPLACE "\\.xml$" ".lng")
-list(TRANSFORM dictionaries PREPEND "${COMMON_CORE_DEFAULT_ETC_DIR}")
+list(TRANSFORM CC_DICTIONARIES PREPEND "${COMMON_CORE_DEFAULT_ETC_DIR}"
+     OUTPUT_VARIABLE dictionaries)
 list(JOIN dictionaries "\n" dictionaries)
 file(WRITE "${packages}/conffiles" "${dictionaries}\n")
 

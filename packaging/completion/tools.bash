@@ -30,9 +30,10 @@ _common_core_tool() {
     fi
   fi
   if [[ $word == -* ]]; then
-    values="$(grep -oE -e '(^|[^[:alnum:]-])--?[a-z][a-z-]*' <<<"$section" |
-      grep -oE -e '--?[a-z][a-z-]*' | sort -u)"
-    mapfile -t COMPREPLY < <(compgen -W "$values --help" -- "$word")
+    # Those of the command, and those that have a line of their own and go with every command.
+    values="$({ cat <<<"$section" && grep -E '^  --' <<<"$help"; } |
+      grep -oE -e '(^|[^[:alnum:]-])--?[a-z][a-z-]*' | grep -oE -e '--?[a-z][a-z-]*' | sort -u)"
+    mapfile -t COMPREPLY < <(compgen -W "$values" -- "$word")
     return 0
   fi
   compopt -o filenames 2>/dev/null

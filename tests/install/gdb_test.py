@@ -83,7 +83,7 @@ class Gdb(unittest.TestCase):
              "-iex", f"add-auto-load-safe-path {PREFIX}",
              "-iex", f"add-auto-load-scripts-directory {PREFIX}/share/gdb/auto-load",
              *(part for step in steps for part in ("-ex", step)), self.program],
-            text=True, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=100, check=False)
+            text=True, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=200, check=False)
         return done.stdout
 
     def test_values(self):

@@ -27,5 +27,8 @@ expect "big" "$CCLNG" compile --byte-order = b
 expect "--reference" "$CCLNG" check --ref
 expect "data/common_core.eng.xml" "$CCLNG" check data/common_core.e
 expect "check" "$CCML" che
+expect "text json" "$CCML" check --format = ""
+expect "--lang --layout" "$CCML" format --la
+expect "single multi" "$CCML" format --layout = ""
 expect "" "$CCML" nothing-like-this
 exit "$failed"
