@@ -27,28 +27,30 @@ class MessageReader {
 
   int readWord() {
     constexpr unsigned int low = WordAlignment - 1;
-    const unsigned int start = (position + low) & ~low;
-    if (start > size || size - start < sizeof(int)) throw Bag::Exception();
+    const unsigned int end = ((position + low) & ~low) + static_cast<unsigned int>(sizeof(int));
+    if (end > size) fail();
     int word;
-    std::memcpy(&word, data + start, sizeof word);
-    position = start + static_cast<unsigned int>(sizeof word);
+    std::memcpy(&word, data + end - sizeof word, sizeof word);
+    position = end;
     return word;
   }
 
   // The text up to its 0 byte, whose length in bytes goes to `length`.
-  const char* readText(unsigned int& length) {
+  const char* readText(std::size_t& length) {
     const char* text = data + position;
     const void* zero = atEnd() ? nullptr : std::memchr(text, 0, size - position);
-    if (!zero) throw Bag::Exception();
-    length = static_cast<unsigned int>(static_cast<const char*>(zero) - text);
-    position += length + 1;
+    if (!zero) fail();
+    length = static_cast<std::size_t>(static_cast<const char*>(zero) - text);
+    position += static_cast<unsigned int>(length) + 1;
     return text;
   }
 
  private:
+  [[noreturn, gnu::cold, gnu::noinline]] static void fail() { throw Bag::Exception(); }
+
   const char* data;
-  unsigned int size;
-  unsigned int position = 0;
+  unsigned int size;          // at most the largest int, so that no offset below wraps
+  unsigned int position = 0;  // at most `size`
 };
 
 }  // namespace cc

@@ -65,17 +65,17 @@ class Rendering {
  private:
   bool entry() {
     int number = reader.readWord();
-    if (number < cc::DictionaryEntry || number > cc::LastShortNumber) return false;
-    if (number == cc::LiteralEntry) {
-      appendTextArgument();
-      return true;
-    }
     unsigned int slot = 0;
     if (number == cc::DictionaryEntry) {
       slot = static_cast<unsigned int>(reader.readWord());
       number = reader.readWord();
       if (slot >= slotCount) return false;
       if (!multi) slot = 0;
+    } else if (number == cc::LiteralEntry) {
+      appendTextArgument();
+      return true;
+    } else if (number < 0 || number > cc::LastShortNumber) {
+      return false;
     }
     IDLocLoader* dictionary = slots ? slots[slot] : nullptr;
     if (!dictionary && slots && slot == LocDictionaryCommonCore) {
@@ -87,14 +87,12 @@ class Rendering {
   }
 
   bool expand(const char* text, const IDLocLoader& dictionary) {
-    const char* const end = text + std::strlen(text);
     for (;;) {
-      const void* found = std::memchr(text, '%', static_cast<std::size_t>(end - text));
-      const char* percent = found ? static_cast<const char*>(found) : end;
-      out.append(text, static_cast<std::size_t>(percent - text));
-      if (percent == end) return true;
-      if (!placeholder(percent[1], dictionary)) return false;
-      text = percent + 2;
+      const char* end = strchrnul(text, '%');
+      if (end != text) out.append(text, static_cast<std::size_t>(end - text));
+      if (*end == 0) return true;
+      if (!placeholder(end[1], dictionary)) return false;
+      text = end + 2;
     }
   }
 
@@ -125,7 +123,7 @@ class Rendering {
   }
 
   void appendTextArgument() {
-    unsigned int length = 0;
+    std::size_t length = 0;
     const char* text = reader.readText(length);
     out.append(text, length);
   }
@@ -133,7 +131,8 @@ class Rendering {
   template <class Number>
   void appendNumber(Number number) {
     char digits[12];
-    out.append(digits, std::to_chars(digits, std::end(digits), number).ptr);
+    const char* end = std::to_chars(digits, std::end(digits), number).ptr;
+    out.append(digits, static_cast<std::size_t>(end - digits));
   }
 
   bool refuse() {

@@ -1,6 +1,7 @@
 // The message is one Bag whose cursor always stands at the end. Every append reserves all its bytes
 // in one step and fills them afterwards, so that a failed allocation leaves the message as it was,
-// and so that a source inside the message's own bytes is found again after they moved.
+// and so that a source inside the message's own bytes is found again after they moved. The first
+// append takes room for a usual message, which is thrown soon and does not live long.
 #include "tttproc.h"
 
 #include <climits>
@@ -19,8 +20,9 @@ namespace {
 using cc::WordAlignment;
 
 constexpr int WordSize = sizeof(int);
+constexpr int UsualSize = 128;
 
-// Bytes to be appended, which may be bytes of the target itself.
+// A text to be appended, which may stand in the target itself.
 class Source {
  public:
   Source(const Bag& target, const char* from, std::size_t count) : bytes(from), n(count) {
@@ -43,21 +45,41 @@ class Source {
 
 std::size_t textLength(const char* text) { return text ? std::strlen(text) : 0; }
 
-// The count as the bag takes it, with `more` bytes around the text.
-int countWith(std::size_t n, int more) {
+// The first append, and what no message can hold.
+[[gnu::noinline]] void prepare(Bag& bag, std::size_t n, int more) {
   if (n > static_cast<std::size_t>(INT_MAX - more)) throw std::bad_alloc();
-  return static_cast<int>(n) + more;
+  if (!bag.getBuffer()) bag.setBuffer(new char[UsualSize], 0, UsualSize);
 }
 
-void putWord(Bag& bag, int word) { bag.putDataAligned(&word, WordSize, WordAlignment); }
+// Reserves `n` bytes and `more`.
+inline char* reserve(Bag& bag, std::size_t n, int more) {
+  const int room = bag.getCapacity() - bag.getPosition() - more;
+  if (room < 0 || n > static_cast<std::size_t>(room)) prepare(bag, n, more);
+  return bag.putDataPtr(static_cast<int>(n) + more);
+}
+
+// The same at the next word.
+inline char* reserveAligned(Bag& bag, std::size_t n, int more) {
+  const int gap = -bag.getPosition() & (WordAlignment - 1);
+  char* bytes = reserve(bag, n, more + gap);
+  for (int i = 0; i < gap; ++i) *bytes++ = 0;
+  return bytes;
+}
 
 void putLiteral(Bag& bag, const char* text, std::size_t n) {
   const Source source(bag, text, n);
-  char* entry = bag.putDataPtrAligned(countWith(n, WordSize + 1), WordAlignment);
+  char* entry = reserveAligned(bag, n, WordSize + 1);
   const int form = cc::LiteralEntry;
   std::memcpy(entry, &form, WordSize);
   source.copyTo(entry + WordSize, bag);
   entry[WordSize + n] = 0;
+}
+
+void putEntries(Bag& bag, const Bag& bytes) {
+  const auto n = static_cast<std::size_t>(bytes.getSize());
+  if (n == 0) return;
+  char* entries = reserveAligned(bag, n, 0);
+  std::memcpy(entries, bytes.getBuffer(), n);  // asked for now: it may be the same bag
 }
 
 }  // namespace
@@ -74,7 +96,10 @@ TTT::TTT(const std::string& text) : TTT(text.c_str()) {}
 
 TTT::TTT(LocDictionaryId dictionary, int number) {
   const int words[] = {cc::DictionaryEntry, dictionary, number};
-  bag.putDataAligned(words, sizeof words, WordAlignment);
+  char* entry = new char[UsualSize];
+  std::memcpy(entry, words, sizeof words);
+  bag.setBuffer(entry, sizeof words, UsualSize);
+  bag.setPosition(sizeof words);
 }
 
 TTT& TTT::operator=(const TTT& other) { return *this = other.bag; }
@@ -90,14 +115,13 @@ TTT& TTT::operator=(const Bag& bytes) {
   return *this;
 }
 
-TTT& TTT::operator<=(const TTT& other) { return *this <= other.bag; }
+TTT& TTT::operator<=(const TTT& other) {
+  putEntries(bag, other.bag);
+  return *this;
+}
 
 TTT& TTT::operator<=(const Bag& bytes) {
-  const int n = bytes.getSize();
-  if (n == 0) return *this;
-  const Source source(bag, bytes.getBuffer(), static_cast<std::size_t>(n));
-  char* entries = bag.putDataPtrAligned(n, WordAlignment);
-  source.copyTo(entries, bag);
+  putEntries(bag, bytes);
   return *this;
 }
 
@@ -112,14 +136,14 @@ TTT& TTT::operator<=(const ChPair& text) {
 }
 
 TTT& TTT::operator<<(int value) {
-  putWord(bag, value);
+  std::memcpy(reserveAligned(bag, WordSize, 0), &value, WordSize);
   return *this;
 }
 
 TTT& TTT::operator<<(const char* text) {
   const std::size_t n = textLength(text);
   const Source source(bag, text, n);
-  char* argument = bag.putDataPtr(countWith(n, 1));
+  char* argument = reserve(bag, n, 1);
   source.copyTo(argument, bag);
   argument[n] = 0;
   return *this;
