@@ -34,6 +34,7 @@ endfunction()
 file(MAKE_DIRECTORY "${CC_LNG_DIR}")
 set(outputs "")
 cc_compile_dictionaries("${PROJECT_SOURCE_DIR}/data")
+
 # Gives a program the C++ record of its own dictionary.
 function(cc_dictionary_record target document)
   cmake_path(GET document STEM name)
@@ -47,6 +48,7 @@ function(cc_dictionary_record target document)
     VERBATIM)
   target_sources(${target} PRIVATE "${generated}/${name}_loc.h")
   target_include_directories(${target} PRIVATE "${generated}")
+  set(outputs "${outputs}" "${generated}/${name}_loc.h" PARENT_SCOPE)
 endfunction()
 
 if(TARGET ccml)
