@@ -5,6 +5,7 @@
 
 #include <charconv>
 #include <climits>
+#include <cstring>
 
 namespace cc {
 
@@ -42,8 +43,8 @@ char* writePadded(char* out, unsigned int value, int digits) {
   char text[16];
   const char* const end = std::to_chars(text, text + sizeof text, value).ptr;
   for (int missing = digits - static_cast<int>(end - text); missing > 0; --missing) *out++ = '0';
-  for (const char* p = text; p != end; ++p) *out++ = *p;
-  return out;
+  std::memcpy(out, text, static_cast<std::size_t>(end - text));
+  return out + (end - text);
 }
 
 }  // namespace
