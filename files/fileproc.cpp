@@ -39,17 +39,6 @@ int writeBytes(FILE* stream, const void* data, std::size_t n) {
 
 bool isPath(const char* path) { return path && *path; }
 
-/// Moves the bytes other than carriage returns to the front; how many there are.
-std::size_t dropCarriageReturns(char* text, std::size_t n) {
-  const char* const end = text + n;
-  char* to = static_cast<char*>(std::memchr(text, '\r', n));
-  if (!to) return n;
-  for (const char* from = to; from != end; ++from) {
-    if (*from != '\r') *to++ = *from;
-  }
-  return static_cast<std::size_t>(to - text);
-}
-
 /// Takes what ends a line that filled its buffer: carriage returns and a line feed, or the end of
 /// the file, which makes the result true. Any other byte is left for the next piece, and so is an
 /// error.
@@ -163,22 +152,17 @@ long long UTF8File::checkSize(long long maxSize) {
 
 bool UTF8File::readLine(char* buffer, int size, bool* eof) {
   const std::size_t room = static_cast<std::size_t>(size) - 1;
-  std::size_t length = 0;
+  std::size_t length = platform::readStreamLine(stream, buffer, room);
   bool ended = false;
-  while (length != room) {
-    const std::size_t asked = room - length;
-    const std::size_t got = platform::readStreamLine(stream, buffer + length, asked);
-    const bool lineFeed = got != 0 && buffer[length + got - 1] == '\n';
-    if (got < asked && !lineFeed) {
-      ended = platform::streamEnded(stream);
-      if (!ended) {
-        erro(LocDictionaryCommonCore, MsgReadFailed, name.get(), errno);
-        return false;
-      }
-    }
-    length += dropCarriageReturns(buffer + length, lineFeed ? got - 1 : got);
-    if (lineFeed || ended) break;
-    if (length == room) ended = takeLineEnd(stream);
+  if (length != 0 && buffer[length - 1] == '\n') {
+    --length;
+  } else if (length == room) {
+    ended = takeLineEnd(stream);
+  } else if (platform::streamEnded(stream)) {
+    ended = true;
+  } else {
+    erro(LocDictionaryCommonCore, MsgReadFailed, name.get(), errno);
+    return false;
   }
   buffer[length] = 0;
   if (ended) {

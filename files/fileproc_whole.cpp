@@ -1,8 +1,10 @@
-// Whole files and records. The loads share one shape: open, measure against the limit, allocate,
-// read, close; they differ in what they allocate. The stream of a load has no buffer, so that one
-// read goes straight into the target. Targets that promise to stay untouched are filled last, by an
-// operation that cannot fail.
+// Whole files and records. A load measures, allocates and reads in as few calls as it takes, on a
+// descriptor of its own: a stream's buffer would only be in the way. Targets that promise to stay
+// untouched are filled last, by an operation that cannot fail.
 
+#include <fcntl.h>
+
+#include <cerrno>
 #include <climits>
 #include <cstdint>
 #include <new>
@@ -16,37 +18,77 @@ namespace {
 
 using namespace cc;
 
-/// What one read or write call takes at the most.
-constexpr std::size_t longestTransfer = INT_MAX;
+constexpr std::size_t longestTransfer = std::size_t{1} << 30;
 
-/// Opens a file that is to be read whole and returns its size.
-std::size_t openWhole(UTF8File& file, const char* path, unsigned int maxSize) {
-  file.open(path, UTF8File::ModeRead);
-  platform::unbufferStream(file.getStream());
-  const long long size = file.checkSize(maxSize);
-  if (size < 0) file.erro(LocDictionaryCommonCore, MsgSeekFailed, nullptr, -1);
+/// A file that is read from its start to its end; failures are thrown in the name of its path.
+class WholeFile {
+ public:
+  explicit WholeFile(const char* place) : path(place) {}
+  WholeFile(const WholeFile&) = delete;
+  WholeFile& operator=(const WholeFile&) = delete;
+  ~WholeFile() {
+    if (fd >= 0) platform::closeFile(fd);
+  }
+
+  /// Opens the file and returns its size.
+  std::size_t open(unsigned int maxSize);
+  void read(char* to, std::size_t n);
+  void close();
+  void fail(MessageNumber message, int error) {
+    UTF8File(true).erro(LocDictionaryCommonCore, message, path, error);
+  }
+
+ private:
+  long long measure(const platform::FileStatus& status);
+
+  const char* path;
+  int fd = -1;
+};
+
+std::size_t WholeFile::open(unsigned int maxSize) {
+  if (!path) fail(MsgOpenFailed, EFAULT);
+  fd = platform::openFile(path, O_RDONLY, 0);
+  platform::FileStatus status;
+  if (fd < 0 || platform::fileStatus(fd, status) != 0) fail(MsgOpenFailed, errno);
+  if (status.directory) fail(MsgOpenFailed, EISDIR);
+  const long long size = measure(status);
+  if (size > maxSize) fail(MsgTooLarge, -1);
   return static_cast<std::size_t>(size);
 }
 
-void readWhole(UTF8File& file, char* to, std::size_t size) {
-  while (size > longestTransfer) {
-    file.read(to, static_cast<int>(longestTransfer));
-    to += longestTransfer;
-    size -= longestTransfer;
+long long WholeFile::measure(const platform::FileStatus& status) {
+  if (status.regular) return status.size;
+  const long long size = platform::seekFile(fd, 0, SEEK_END);
+  if (size < 0 || platform::seekFile(fd, 0, SEEK_SET) != 0) fail(MsgSeekFailed, errno);
+  return size;
+}
+
+void WholeFile::read(char* to, std::size_t n) {
+  while (n != 0) {
+    const long got = platform::readFile(fd, to, n < longestTransfer ? n : longestTransfer);
+    if (got < 0) fail(MsgReadFailed, errno);
+    if (got == 0) fail(MsgFileEnded, -1);
+    to += got;
+    n -= static_cast<std::size_t>(got);
   }
-  file.read(to, static_cast<int>(size));
+}
+
+void WholeFile::close() {
+  const int closing = fd;
+  fd = -1;
+  if (platform::closeFile(closing) != 0) fail(MsgCloseFailed, errno);
 }
 
 /// The worker of all loads into arrays; files above `most` bytes do not fit the target.
 std::size_t loadArray(const char* path, ArrayHolder<char>& content, unsigned int maxSize,
                       bool addTerminator, std::size_t most) {
-  UTF8File file(true);
-  const std::size_t size = openWhole(file, path, maxSize);
-  if (size > most) file.erro(LocDictionaryCommonCore, MsgNoMemory, nullptr, -1);
+  WholeFile file(path);
+  const std::size_t size = file.open(maxSize);
+  if (size > most) file.fail(MsgNoMemory, -1);
   if (size != 0 || addTerminator) {
     content.reset(new (std::nothrow) char[size + (addTerminator ? 1U : 0U)]);
-    if (!content.get()) file.erro(LocDictionaryCommonCore, MsgNoMemory, nullptr, -1);
-    readWhole(file, content.get(), size);
+    if (!content.get()) file.fail(MsgNoMemory, -1);
+    file.read(content.get(), size);
     if (addTerminator) content.get()[size] = 0;
   }
   file.close();
@@ -73,18 +115,16 @@ unsigned int UTF8File::load(const char* path, ArrayHolder<char>& content, unsign
 unsigned int UTF8File::load(const char* path, std::string& content, unsigned int maxSize) {
   const ChArr ownPath(path);
   content.clear();
-  UTF8File file(true);
-  const std::size_t size = openWhole(file, ownPath.get(), maxSize);
-  if (size != 0) {
-    try {
-      content.resize(size);
-    } catch (const std::bad_alloc&) {
-      file.erro(LocDictionaryCommonCore, MsgNoMemory, nullptr, -1);
-    } catch (const std::length_error&) {
-      file.erro(LocDictionaryCommonCore, MsgNoMemory, nullptr, -1);
-    }
-    readWhole(file, content.data(), size);
+  WholeFile file(ownPath.get());
+  const std::size_t size = file.open(maxSize);
+  try {
+    content.resize(size);
+  } catch (const std::bad_alloc&) {
+    file.fail(MsgNoMemory, -1);
+  } catch (const std::length_error&) {
+    file.fail(MsgNoMemory, -1);
   }
+  file.read(content.data(), size);
   file.close();
   return static_cast<unsigned int>(size);
 }

@@ -17,6 +17,7 @@
 #include <cstring>
 #include <type_traits>
 
+#include "platform/blocks.h"
 #include "platform/platform.h"
 
 namespace cc::platform {
@@ -39,10 +40,37 @@ bool wasInterrupted(FILE* stream) {
   return true;
 }
 
+/// Copies bytes until a line feed or a carriage return was copied, or `n` bytes were; returns how
+/// many.
+std::size_t copyToLineEnd(char* to, const char* from, std::size_t n) {
+  using Block = kernels::NativeBlock;
+  std::size_t i = 0;
+  for (; n - i >= Block::size; i += Block::size) {
+    const Block::Bytes bytes = Block::load(from + i);
+    Block::store(to + i, bytes);
+    const Block::Mask ends = Block::mask(Block::either(Block::equal(bytes, Block::all('\n')),
+                                                       Block::equal(bytes, Block::all('\r'))));
+    if (ends != 0) return i + Block::first(ends) + 1;
+  }
+  while (i != n) {
+    const char byte = from[i];
+    to[i++] = byte;
+    if (byte == '\n' || byte == '\r') break;
+  }
+  return i;
+}
+
+bool fitsLong(long long offset) {
+  if (offset >= LONG_MIN && offset <= LONG_MAX) return true;
+  errno = EOVERFLOW;
+  return false;
+}
+
 void fill(FileStatus& status, const struct stat64& info) {
   status.regular = S_ISREG(info.st_mode);
   status.directory = S_ISDIR(info.st_mode);
   status.link = S_ISLNK(info.st_mode);
+  status.size = info.st_size;
   status.permissions = info.st_mode & 07777U;
   status.owner = info.st_uid;
   status.group = info.st_gid;
@@ -73,23 +101,20 @@ std::size_t readStream(FILE* stream, void* buffer, std::size_t n) {
 std::size_t readStreamLine(FILE* stream, char* buffer, std::size_t n) {
   std::size_t got = 0;
   while (got != n) {
-    std::size_t ready = static_cast<std::size_t>(stream->_IO_read_end - stream->_IO_read_ptr);
-    if (ready == 0) {
+    if (stream->_IO_read_ptr == stream->_IO_read_end) {
       if (__uflow(stream) == EOF) {
         if (wasInterrupted(stream)) continue;
         break;
       }
       --stream->_IO_read_ptr;
-      ready = static_cast<std::size_t>(stream->_IO_read_end - stream->_IO_read_ptr);
     }
-    if (ready > n - got) ready = n - got;
-    const void* found = std::memchr(stream->_IO_read_ptr, '\n', ready);
-    if (found)
-      ready = static_cast<std::size_t>(static_cast<const char*>(found) + 1 - stream->_IO_read_ptr);
-    std::memcpy(buffer + got, stream->_IO_read_ptr, ready);
-    stream->_IO_read_ptr += ready;
-    got += ready;
-    if (found) break;
+    const auto ready = static_cast<std::size_t>(stream->_IO_read_end - stream->_IO_read_ptr);
+    const std::size_t copied =
+        copyToLineEnd(buffer + got, stream->_IO_read_ptr, ready < n - got ? ready : n - got);
+    stream->_IO_read_ptr += copied;
+    got += copied;
+    if (buffer[got - 1] == '\n') break;
+    if (buffer[got - 1] == '\r') --got;
   }
   return got;
 }
@@ -99,6 +124,7 @@ std::size_t readStreamLine(FILE* stream, char* buffer, std::size_t n) {
   while (got != n) {
     const int byte = readStreamByte(stream);
     if (byte == EOF) break;
+    if (byte == '\r') continue;
     buffer[got++] = static_cast<char>(byte);
     if (byte == '\n') break;
   }
@@ -124,10 +150,7 @@ int writeStreamText(FILE* stream, const char* text) { return std::fputs(text, st
 int flushStream(FILE* stream) { return std::fflush(stream); }
 
 int seekStream(FILE* stream, long long offset, int whence) {
-  if (offset < LONG_MIN || offset > LONG_MAX) {
-    errno = EOVERFLOW;
-    return -1;
-  }
+  if (!fitsLong(offset)) return -1;
   return std::fseek(stream, static_cast<long>(offset), whence);
 }
 
@@ -138,8 +161,6 @@ bool streamEnded(FILE* stream) { return feof_unlocked(stream) != 0; }
 bool streamFailed(FILE* stream) { return ferror_unlocked(stream) != 0; }
 
 void clearStream(FILE* stream) { clearerr_unlocked(stream); }
-
-int unbufferStream(FILE* stream) { return std::setvbuf(stream, nullptr, _IONBF, 0); }
 
 int streamDescriptor(FILE* stream) { return fileno_unlocked(stream); }
 
@@ -180,6 +201,11 @@ long readFile(int fd, void* buffer, std::size_t n) {
 
 long writeFile(int fd, const void* data, std::size_t n) {
   return retried([&] { return ::write(fd, data, n); });
+}
+
+long long seekFile(int fd, long long offset, int whence) {
+  if (!fitsLong(offset)) return -1;
+  return ::lseek(fd, static_cast<off_t>(offset), whence);
 }
 
 int truncateFile(int fd, long size) {

@@ -28,8 +28,9 @@ int closeStream(FILE* stream);
 /// fread of `n` bytes. Fewer come back only at the end of the file or on an error, which
 /// `streamEnded` tells apart.
 std::size_t readStream(FILE* stream, void* buffer, std::size_t n);
-/// Reads up to and including the next line feed, at most `n` bytes, zero bytes included; returns
-/// how many. Fewer without a line feed come back only at the end of the file or on an error.
+/// Reads up to and including the next line feed, at most `n` bytes, zero bytes included and
+/// carriage returns left out and not counted; returns how many. Fewer without a line feed come back
+/// only at the end of the file or on an error. What lies behind them in the buffer is undefined.
 std::size_t readStreamLine(FILE* stream, char* buffer, std::size_t n);
 /// getc: the next byte, or EOF.
 int readStreamByte(FILE* stream);
@@ -51,8 +52,6 @@ bool streamEnded(FILE* stream);
 bool streamFailed(FILE* stream);
 /// clearerr.
 void clearStream(FILE* stream);
-/// setvbuf to no buffer, before the first read or write.
-int unbufferStream(FILE* stream);
 /// fileno.
 int streamDescriptor(FILE* stream);
 
@@ -63,6 +62,7 @@ struct FileStatus {
   bool regular = false;
   bool directory = false;
   bool link = false;
+  long long size = 0;            ///< bytes
   unsigned int permissions = 0;  ///< the low 12 bits of the mode
   unsigned int owner = 0;
   unsigned int group = 0;
@@ -101,6 +101,8 @@ int closeFile(int fd);
 long readFile(int fd, void* buffer, std::size_t n);
 /// write.
 long writeFile(int fd, const void* data, std::size_t n);
+/// lseek; an offset that the platform's `long` cannot hold fails with EOVERFLOW.
+long long seekFile(int fd, long long offset, int whence);
 /// ftruncate.
 int truncateFile(int fd, long size);
 /// fstat.

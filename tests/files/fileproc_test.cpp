@@ -223,7 +223,7 @@ TEST(UTF8File, ReadsWritesAndMoves) {
   ASSERT_TRUE(file.open(path.c_str(), UTF8File::ModeWrite));
   EXPECT_TRUE(file.write("ab"));
   EXPECT_TRUE(file.write("cXX", 1));
-  EXPECT_TRUE(file.write(ChPair("xdex" + 0)));
+  EXPECT_TRUE(file.write(ChPair("xdex")));
   EXPECT_TRUE(file.write(nullptr, 0));
   EXPECT_TRUE(file.write(ChPair()));
   EXPECT_TRUE(file.write(""));

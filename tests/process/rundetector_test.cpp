@@ -13,6 +13,7 @@
 #include <chrono>
 
 #include "tests/process/pid_folder.h"
+#include "tests/support/doc_examples.h"
 
 namespace {
 
@@ -52,8 +53,18 @@ class OtherProgram {
   pid_t id;
 };
 
+std::string pidText(pid_t id) { return std::to_string(id); }
+
+/// This process's id between other texts.
 std::string own(const std::string& before = "", const std::string& after = "") {
-  return before + std::to_string(::getpid()) + after;
+  return before + pidText(::getpid()) + after;
+}
+
+TEST(RunDetector, WritesTheDocumentedBytes) {
+  EXPECT_EQ(cc::test::hexExample("pid-file-example"), pidText(4711));
+  const PidFolder folder;
+  ASSERT_TRUE(RunDetector("a", nullptr).lock());
+  EXPECT_EQ(pidText(::getpid()), fileBytes(folder / "a.pid"));
 }
 
 TEST(RunDetector, LocksAndUnlocks) {

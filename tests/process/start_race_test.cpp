@@ -61,9 +61,9 @@ std::vector<pid_t> startTogether(int count, const std::string& name, bool winner
   Gate end;
   int tried[2];
   EXPECT_EQ(0, ::pipe(tried));
-  std::vector<pid_t> children;
-  for (int i = 0; i < count; ++i) {
-    children.push_back(startChild([&] {
+  std::vector<pid_t> children(static_cast<std::size_t>(count));
+  for (pid_t& child : children) {
+    child = startChild([&] {
       RunDetector detector("app", name.c_str());
       end.open();
       start.wait();
@@ -72,7 +72,7 @@ std::vector<pid_t> startTogether(int count, const std::string& name, bool winner
       end.wait();
       if (winnerUnlocks) detector.unlock();
       return static_cast<int>(won);
-    }));
+    });
   }
   start.open();
   char byte;
