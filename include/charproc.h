@@ -69,8 +69,8 @@ COMMON_CORE_API const char* strfind(const char* text, unsigned int textLen, cons
 COMMON_CORE_API const char* strfind_i_ascii(const char* begin, const char* end, char c);
 
 /// As the exact pattern search, matching ASCII case-insensitively.
-COMMON_CORE_API const char* strfind_i_ascii(const char* text, unsigned int textLen,
-                                            const char* pat, unsigned int patLen);
+COMMON_CORE_API const char* strfind_i_ascii(const char* text, unsigned int textLen, const char* pat,
+                                            unsigned int patLen);
 
 // ---------------------------------------------------------------------------- comparison
 
@@ -84,13 +84,11 @@ COMMON_CORE_API int strcmp_i_ascii(const char* a, const char* b);
 /// Compares two ranges ASCII case-insensitively: -1, 0 or 1. A null begin is the empty range; a
 /// proper prefix sorts first. Where two bytes differ also in upper case, the raw bytes decide, as
 /// unsigned values: 'a' against 'B' gives 1. (`strcmp_i_utf8` orders by the upper-case values.)
-COMMON_CORE_API int strcmp_i_ascii(const char* b1, const char* e1, const char* b2,
-                                   const char* e2);
+COMMON_CORE_API int strcmp_i_ascii(const char* b1, const char* e1, const char* b2, const char* e2);
 
 /// True when both texts have the same number of bytes and match ASCII case-insensitively. Two
 /// empty texts are equal and neither pointer is read.
-COMMON_CORE_API bool streq_i_ascii(const char* a, unsigned int na, const char* b,
-                                   unsigned int nb);
+COMMON_CORE_API bool streq_i_ascii(const char* a, unsigned int na, const char* b, unsigned int nb);
 
 /// Orders two counted byte strings: the value of `memcmp` over the common length when that is not
 /// 0 (any negative or positive int), else -1, 0 or 1 by length.
@@ -171,9 +169,10 @@ COMMON_CORE_API bool strtoint(const char* begin, const char* end, int& out);
 COMMON_CORE_API bool strtoint64(const char* begin, const char* end, long long& out);
 
 /// Reads one unsigned decimal field that is ended by `sep` or by `end`, and moves `p` past it (and
-/// past the `sep`). The separator counts against `limit`: a field before a `sep` has at most `limit`
-/// digits, one that runs to `end` may have `limit` + 1. At `end` already: `value` = 0, true. False
-/// for anything else, or a negative `limit`; `p` and `value` are then untouched. 32 bits, wrapping.
+/// past the `sep`). The separator counts against `limit`: a field before a `sep` has at most
+/// `limit` digits, one that runs to `end` may have `limit` + 1. At `end` already: `value` = 0,
+/// true. False for anything else, or a negative `limit`; `p` and `value` are then untouched. 32
+/// bits, wrapping.
 COMMON_CORE_API bool strtonumber(const char*& p, const char* end, unsigned int& value, int limit,
                                  char sep);
 

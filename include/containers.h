@@ -26,8 +26,8 @@ inline int roundedCapacity(int n) {
   return (n + (step - 1)) & -step;
 }
 
-/// The room that stands behind a capacity which grew, `capacity` > 0: the next power of two, but not
-/// above `limit`. At least `capacity`, where that is within `limit`.
+/// The room that stands behind a capacity which grew, `capacity` > 0: the next power of two, but
+/// not above `limit`. At least `capacity`, where that is within `limit`.
 constexpr int storageClass(int capacity, int limit) {
   int room = 1;
   while (room < capacity) room = room <= INT_MAX / 2 ? room * 2 : INT_MAX;

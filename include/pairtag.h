@@ -10,12 +10,12 @@
 /// One entry of a table that ends with an entry whose `name` is null.
 ///
 /// The operations are called on the first entry and scan in order; the first match counts. Names
-/// match whole and without regard to ASCII case; a null text counts as the empty name. An aggregate:
-/// `const PairTag colours[] = {{"red", 1}, {"green", 2}, {nullptr, 0}};`
+/// match whole and without regard to ASCII case; a null text counts as the empty name. An
+/// aggregate: `const PairTag colours[] = {{"red", 1}, {"green", 2}, {nullptr, 0}};`
 struct COMMON_CORE_API PairTag {
-  const char* name;                        ///< zero-terminated name, or null at the end
-  int value;                               ///< the value of that name
-  mutable const char* nameEnd = nullptr;   ///< cache: the end of `name`, set by `init`
+  const char* name;                       ///< zero-terminated name, or null at the end
+  int value;                              ///< the value of that name
+  mutable const char* nameEnd = nullptr;  ///< cache: the end of `name`, set by `init`
 
   /// Prepares the table: caches every name's end, once. Names must not change afterwards. Doing so
   /// from several threads at once is harmless.

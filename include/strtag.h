@@ -26,7 +26,8 @@ struct COMMON_CORE_API StrPtrTag {
 
   /// The value whose name equals `text` now, or -1. Null counts as the empty text.
   int translate(const char* text) const;
-  /// The string that the variable of the first entry whose value is `wanted` holds now (maybe null), or null.
+  /// The string that the variable of the first entry whose value is `wanted` holds now (maybe
+  /// null), or null.
   const char* translate(int wanted) const;
 };
 

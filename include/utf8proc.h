@@ -60,8 +60,7 @@ COMMON_CORE_API void strlw_utf8(char* s, const char* end);
 
 /// Compares two ranges without regard to case: -1, 0 or 1, by the upper-case 16-bit values of the
 /// characters. A null range is empty; a shorter text that is a prefix of the other sorts first.
-COMMON_CORE_API int strcmp_i_utf8(const char* a, const char* aEnd, const char* b,
-                                  const char* bEnd);
+COMMON_CORE_API int strcmp_i_utf8(const char* a, const char* aEnd, const char* b, const char* bEnd);
 
 /// First occurrence of the pattern in the text without regard to case, or null. A null or empty
 /// pattern or text gives `sEnd`, not null. The text found always has as many bytes behind its first
