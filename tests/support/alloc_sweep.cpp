@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 
 namespace {
@@ -46,6 +47,13 @@ bool failsNow() {
   return true;
 }
 
+// Fresh and freed memory holds neither zeros nor the old text by luck.
+void scribble(void* block, std::size_t size) {
+  constexpr std::size_t kLongest = 1 << 16;
+  std::memset(block, 0xCD, size < kLongest ? size : kLongest);
+  std::atomic_signal_fence(std::memory_order_seq_cst);  // nor is it left out before a free
+}
+
 void* allocate(std::size_t size, Form form) {
   if (failsNow() || size > kMost) return nullptr;
   void* memory = std::malloc(sizeof(BlockHeader) + size);
@@ -54,6 +62,7 @@ void* allocate(std::size_t size, Form form) {
   ++faults.blocks;
   faults.bytes += size;
   ++live;
+  scribble(header + 1, size);
   return header + 1;
 }
 
@@ -74,6 +83,7 @@ void release(void* block, Form form) {
                stderr);
     std::abort();
   }
+  scribble(block, header->size);
   header->form = Form::Freed;
   --live;
   std::free(header);

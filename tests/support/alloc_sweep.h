@@ -3,7 +3,8 @@
 ///
 /// Linking this replaces the global `operator new` and `operator delete` of the test program. Each
 /// block remembers whether it came from the plain or from the array form; freeing it with the other
-/// form, or something that is no block, ends the program with a message.
+/// form, or something that is no block, ends the program with a message. Fresh and freed memory is
+/// overwritten, so that nothing reads what it should not by luck.
 ///
 ///     sweepAllocations([](AllocSweep& sweep) {
 ///       ChArr text("abc");
