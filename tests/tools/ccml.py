@@ -1,0 +1,215 @@
+"""Runs ccml: every command, every kind of finding with its place, the outputs and exit codes."""
+
+import json
+import os
+import subprocess
+import sys
+import tempfile
+
+CCML = os.environ["CCML"]
+ETC = os.environ["COMMON_CORE_ETC_DIR"]
+failures = []
+
+
+def run(*arguments, **options):
+    environment = {"PATH": os.environ["PATH"], "COMMON_CORE_ETC_DIR": ETC,
+                   **options.pop("environment", {})}
+    return subprocess.run([CCML, *arguments], capture_output=True, env=environment, **options)
+
+
+def expect(what, expected, got):
+    if expected != got:
+        failures.append(f"{what}:\n  expected {expected!r}\n  got      {got!r}")
+
+
+def put(name, content):
+    with open(name, "wb") as file:
+        file.write(content if isinstance(content, bytes) else content.encode())
+    return name
+
+
+def get(name):
+    with open(name, "rb") as file:
+        return file.read()
+
+
+def findings(content, *options):
+    """(line, column, severity, dictionary, number) of each finding, from the JSON output."""
+    put("d.xml", content)
+    result = run("check", "--format=json", *options, "d.xml")
+    document = json.loads(result.stdout)["documents"][0]
+    found = [(f["line"], f["column"], f["severity"][0], f["dictionary"], f["number"])
+             for f in document["findings"]]
+    expect(f"exit code for {content!r}", 1 if found else 0, result.returncode)
+    return found
+
+
+# What the reader reports: the document, and its findings.
+READER = [
+    ('<a b="1"><c/>t &amp; u</a>', []),
+    ("", []),
+    ("no markup", []),
+    ("<a>\n<>\n< b>\n</a>", [(2, 3, "e", 3, 14), (3, 3, "e", 3, 14)]),
+    ("<a><b<c></a>", [(1, 7, "e", 3, 22)]),
+    ("<a><b", [(1, 6, "e", 3, 11)]),
+    ("<a><!-- x", [(1, 10, "e", 3, 36)]),
+    ('<a b=1 c="2"><d e=\'1\'/></a>', [(1, 7, "e", 3, 18), (1, 20, "e", 3, 18)]),
+    ('<a b="&x; &amp; &#1;">&lt &</a>',
+     [(1, 7, "e", 3, 34), (1, 17, "e", 3, 34), (1, 23, "e", 3, 34), (1, 27, "e", 3, 34)]),
+    ("<a><b>\n<c/>\n</b>", [(1, 4, "e", 3, 7)]),
+    ('<a b="1\t2\n3" c="\n4\n"/>', [(1, 4, "w", 3, 16)]),
+    ('<?xml version=1?><a/>', [(1, 16, "e", 3, 18)]),
+    ("<?php if (a<b) ?><a/>", []),
+    ("\ufeff<a>\n\t\u00e9<b c></b></a>", [(2, 11, "e", 3, 1)]),
+]
+
+# What only a strict check reports.
+STRICT = [
+    ("<a><b></a></b>", [(1, 7, "e", 0, 0), (1, 11, "e", 0, 0)]),
+    ("</a>", [(1, 1, "e", 0, 1)]),
+    ('<a b="1" c="2" b="3"/>', [(1, 16, "e", 0, 2)]),
+    ("<!DOCTYPE a><!-- --><a/>", [(1, 1, "e", 0, 3)]),
+    ("<a><![CDATA[x]]>--></a>", [(1, 4, "e", 0, 4)]),
+    (b"<a>\xff\xfe\n\xf0\x9f\x98\x80</a>", [(1, 4, "e", 0, 5), (2, 1, "e", 0, 5)]),
+    (b"<a>\0\0</a>", [(1, 4, "e", 0, 6)]),
+    ("<a>" * 1001 + "</a>" * 1001, [(1, 3001, "e", 0, 7)]),
+    ("<a/b c=\"1\"/>", [(1, 3, "e", 0, 8)]),
+    ('<a b="1" - c="2">x</a d>', [(1, 10, "e", 0, 8), (1, 22, "e", 0, 8)]),
+    ("x<a/>", [(1, 1, "e", 0, 9)]),
+    ("<a/>\n x", [(2, 2, "e", 0, 9)]),
+    ('<a b="1"c="2" ></a >', []),
+]
+
+
+def check_findings():
+    for content, wanted in READER:
+        expect(f"findings of {content!r}", wanted, findings(content))
+    for content, wanted in STRICT:
+        expect(f"strict findings of {content!r}", wanted, findings(content, "--strict"))
+        if content != b"<a>\0\0</a>":
+            expect(f"findings of {content!r}", [], findings(content))
+
+
+def check_output():
+    put("bad.xml", "<a>\n<>\n</a>")
+    english = ('bad.xml:2:3: error: A tag has no element name. The name comes right after "<" or '
+               '"</"; write the character "<" itself as "&lt;".\n')
+    german = "bad.xml:2:3: error: In einem Tag fehlt der Elementname."
+    for options, environment, start in [
+        (["--lang", "eng"], {}, english),
+        ([], {}, english),
+        ([], {"LANG": "de_DE.UTF-8"}, german),
+        ([], {"LC_ALL": "C", "LANG": "de_DE.UTF-8"}, english),
+        ([], {"LANG": "xx_XX"}, english),
+        (["--lang=deu"], {"LANG": "fr_FR"}, german),
+    ]:
+        result = run("check", *options, "bad.xml", environment=environment)
+        expect(f"{options} {environment}", start, result.stdout.decode()[: len(start)])
+        expect(f"code of {options}", 1, result.returncode)
+    for language, words in [("eng", "Documents: 2"), ("deu", "Dokumente: 2"),
+                            ("fra", "Documents : 2"), ("spa", "Documentos: 2"),
+                            ("rus", "Документов: 2")]:
+        result = run("check", "--summary", "--lang", language, "-", "bad.xml", input=b"<a/>")
+        expect(f"summary in {language}", words, result.stdout.decode().splitlines()[-1][: len(words)])
+    result = run("check", "missing.xml", "bad.xml")
+    expect("missing file", 2, result.returncode)
+    expect("message of a missing file",
+           "missing.xml: error: The file could not be opened. File: missing.xml; "
+           "System message: No such file or directory\n" + english, result.stdout.decode())
+    # A name and a document that try to write to the terminal.
+    name = put("evil\x1b[2J\u009b.xml", "<a \x1b]0;x\x07=\"1\"/><b\u009b/>")
+    result = run("check", "--strict", name)
+    expect("controls in messages", [], [c for c in result.stdout.decode() if c < " " and c != "\n"])
+    expect("controls in JSON", True,
+           json.loads(run("check", "--format=json", name).stdout)["documents"][0]["name"] == name)
+
+
+def check_usage():
+    for arguments, code in [([], 3), (["bogus"], 3), (["check"], 3), (["check", "--x", "a"], 3),
+                            (["check", "--format=yaml", "a"], 3), (["query", "a"], 3),
+                            (["query", "a//b", "bad.xml"], 3), (["format", "--indent=x", "a"], 3),
+                            (["format", "--layout=wide", "a"], 3), (["--help"], 0),
+                            (["check", "--help"], 0), (["--version"], 0),
+                            (["check", "--lang", "xxx", "bad.xml"], 2), (["outline", "none"], 2)]:
+        expect(f"code of {arguments}", code, run(*arguments).returncode)
+    result = subprocess.run([CCML, "check", "--summary", "bad.xml"], stdout=open("/dev/full", "wb"),
+                            stderr=subprocess.DEVNULL, env={"COMMON_CORE_ETC_DIR": ETC})
+    expect("full output", 2, result.returncode)
+
+
+FORMAT = """<?xml version="1.0"?>
+<!-- two
+  lines -->
+<r a="1&lt;" b="it&apos;s">
+  <x/>
+  <y> t &amp; u </y>
+  <z></z>
+  <m>text <b>bold</b> <i/> more</m>
+  <k>
+    <!-- c -->
+    <l i="1">  </l>
+  </k>
+  <n>before<!-- c --></n>
+</r>
+"""
+
+
+def check_format():
+    source = ('<?xml version="1.0"?><!-- two\n  lines --><r a = "1&lt;"\n b="it\'s"><x></x><x/>'
+              "<y> t &amp; u </y><z></z><m>text <b>bold</b> <i/> more</m><k> <!-- c -->"
+              '<l i="1">  </l></k>\n<n>before<!-- c --></n></r>')
+    put("f.xml", source)
+    expect("single", FORMAT, run("format", "f.xml").stdout.decode())
+    for options in [[], ["--layout=multi", "--indent=0"], ["--layout=multi", "--indent=3"],
+                    ["--indent=0"]]:
+        once = run("format", *options, "f.xml").stdout
+        put("once.xml", once)
+        expect(f"twice {options}", once, run("format", *options, "once.xml").stdout)
+        expect(f"back from {options}", FORMAT, run("format", "once.xml").stdout.decode())
+    put("f.xml", b"\xef\xbb\xbf" + source.encode())
+    expect("in place", 0, run("format", "-i", "f.xml").returncode)
+    expect("written in place", b"\xef\xbb\xbf" + FORMAT.encode(), get("f.xml"))
+    for content in ["<a><b></a></b>", "<!DOCTYPE a>--><a/>", "<a x='1'/>", "<a/>x", "<a - b=\"1\"/>",
+                    "<a><![CDATA[x]]>--></a>", '<a b="&x;"/>', "<a>"]:
+        put("refused.xml", content)
+        result = run("format", "-i", "refused.xml")
+        expect(f"refused {content}", (1, content.encode()), (result.returncode, get("refused.xml")))
+        expect(f"output for {content}", b"refused.xml:", run("format", "refused.xml").stdout[:12])
+
+
+def check_outline_and_query():
+    put("t.xml", '<r><a x="1&amp;" y="2"/><a x="3">text &lt;</a><b><a>in<i/></a></b></r>')
+    put("u.xml", "<r><a>other</a></r>")
+    expect("outline", "r 1\n  a 2\n    @x 2\n    @y 1\n  b 1\n    a 1\n      i 1\n",
+           run("outline", "t.xml").stdout.decode())
+    tree = json.loads(run("outline", "--format=json", "t.xml", "u.xml").stdout)
+    expect("outline as JSON", ["r", 1, ["a", "b"], {"x": 2, "y": 1}],
+           [tree[0]["elements"][0]["name"], tree[0]["elements"][0]["count"],
+            [child["name"] for child in tree[0]["elements"][0]["children"]],
+            tree[0]["elements"][0]["children"][0]["attributes"]])
+    expect("outlines", 2, len(tree))
+    for path, files, code, output in [
+        ("r/a/@x", ["t.xml"], 0, "1&\n3\n"), ("/r/a", ["t.xml"], 0, "\ntext <\n"),
+        ("r/*/a", ["t.xml"], 0, "<a>in<i/></a>\n"), ("*/a/@y", ["t.xml"], 0, "2\n"),
+        ("r/c", ["t.xml"], 1, ""), ("a", ["t.xml"], 1, ""), ("r/a/@z", ["t.xml"], 1, ""),
+        ("r/a", ["t.xml", "u.xml"], 0, "t.xml: \nt.xml: text <\nu.xml: other\n"),
+        ("r/a", ["none.xml", "u.xml"], 2, None),
+    ]:
+        result = run("query", path, *files)
+        expect(f"code of {path}", code, result.returncode)
+        if output is not None:
+            expect(f"query {path}", output, result.stdout.decode())
+
+
+with tempfile.TemporaryDirectory() as folder:
+    os.chdir(folder)
+    check_findings()
+    check_output()
+    check_usage()
+    check_format()
+    check_outline_and_query()
+
+for failure in failures:
+    print(failure)
+print(f"{len(failures)} failures")
+sys.exit(1 if failures else 0)
