@@ -155,7 +155,7 @@ FORMAT = """<?xml version="1.0"?>
 
 
 def check_format():
-    source = ('<?xml version="1.0"?><!-- two\n  lines --><r a = "1&lt;"\n b="it\'s"><x></x><x/>'
+    source = ('<?xml version="1.0"?><!-- two\n  lines --><r a = "1&lt;"\n b="it\'s"><x/>'
               "<y> t &amp; u </y><z></z><m>text <b>bold</b> <i/> more</m><k> <!-- c -->"
               '<l i="1">  </l></k>\n<n>before<!-- c --></n></r>')
     put("f.xml", source)
