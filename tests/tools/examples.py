@@ -86,7 +86,7 @@ def check(build, name):
     code, output, left = run(build, name)
     problems = []
     if code != wanted_code:
-        problems.append(f"exit code {code}, but {wanted_code} was expected")
+        problems.append(f"exit code {code}, but {wanted_code} was expected; it printed\n{output}")
     if wanted is not None and not matches(output.rstrip("\n").split("\n"), wanted):
         problems.append("it printed\n" + output + "but was expected to print\n" +
                         "\n".join(wanted))
