@@ -53,9 +53,10 @@ class COMMON_CORE_API MLDoc {
   /// token forward in place. Borrows the document and the token.
   class COMMON_CORE_API ChildIterator {
    public:
-    /// Prepares to visit the children of the element whose start tag `parent` holds; reading goes on
-    /// just past that tag. A fresh token means the document level; an empty-element tag or an end
-    /// tag has no children. `document` and `parent` must outlive the iterator, which steps `parent`.
+    /// Prepares to visit the children of the element whose start tag `parent` holds; reading goes
+    /// on just past that tag. A fresh token means the document level; an empty-element tag or an
+    /// end tag has no children. `document` and `parent` must outlive the iterator, which steps
+    /// `parent`.
     ChildIterator(MLDoc* document, Token& parent);
     /// Moves the token to the next direct child's start or empty-element tag. False when there is
     /// none: the token is then on the parent's end tag, and an enclosing iterator goes on behind
@@ -176,6 +177,9 @@ class COMMON_CORE_API MLDoc {
   unsigned int position = 0;  ///< offset of the next byte to read, never above `textSize`
   char* text = nullptr;       ///< the document, owned, not terminated; null when there is none
   ChArr name;                 ///< the document's name in messages; kept by `release`
+
+ private:
+  bool anyAttribute(const Token& token, Attribute& attribute);
 };
 
 /// A streaming writer of markup documents to a file, a bag, or both.

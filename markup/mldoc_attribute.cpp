@@ -23,13 +23,16 @@ struct Ends {
   const char* text;
 };
 
+// Whether the token's name is the one that the tokenizer found in the tag, and not that of an
+// element before.
+bool hasOwnName(const MLDoc::Token& token) {
+  return token.name.begin == token.tag.begin + 1 && token.name.end > token.name.begin &&
+         token.name.end < token.tag.end;
+}
+
 // From the tag's `<` over the element name to just past the white space that follows it.
 int skipElementName(const char*& p, const MLDoc::Token& token) {
-  p = token.tag.begin;
-  // The name that the tokenizer found holds neither.
-  const bool hasName =
-      token.name.begin == p + 1 && token.name.end > p && token.name.end < token.tag.end;
-  if (hasName) p = token.name.end;
+  p = hasOwnName(token) ? token.name.end : token.tag.begin;
   while (p != token.tag.end) {
     const char c = *p++;
     if (c == '>') return NoneLeft;
@@ -53,7 +56,7 @@ int findName(const char*& p, const char* end) {
 int readName(const char*& p, const Ends& ends, ChPair& name) {
   const char* const begin = p;
   const char* const limit = ends.tag - p > maxNameLength ? p + maxNameLength + 1 : ends.tag;
-  p = cc::findNameEndInside(p + 1, limit, ends.text);
+  p = cc::findNameEnd(p + 1, limit, ends.text);
   if (p == limit) {
     return p == ends.tag ? cc::MsgAttributeNameUnended : cc::MsgAttributeNameTooLong;
   }
@@ -109,7 +112,32 @@ void trimLineBreaks(ChPair& value) {
 
 }  // namespace
 
+// Attributes in their usual form; everything else is left to `anyAttribute`, which starts anew.
 bool MLDoc::attribute(const Token& token, Attribute& attribute) {
+  const char* const end = token.tag.end;
+  const bool known = text && token.tag.begin >= text && end <= text + textSize &&
+                     end > token.tag.begin && end[-1] == '>';
+  if (!known) return anyAttribute(token, attribute);
+  const char* p = text + position;
+  if (p <= token.tag.begin || p >= end) {
+    if (!hasOwnName(token)) return anyAttribute(token, attribute);
+    p = token.name.end;
+    if (*p == '/' && p + 2 != end) return anyAttribute(token, attribute);
+  }
+  while (cc::isSpaceByte(*p)) ++p;
+  if (*p == '>' || *p == '/') {
+    position = static_cast<unsigned int>(end - text);
+    return false;
+  }
+  const cc::PlainAttribute plain = cc::findPlainAttribute(p, end, text + textSize);
+  if (!plain.valueEnd || *p == '-') return anyAttribute(token, attribute);
+  attribute.name = ChPair(p, plain.nameEnd);
+  attribute.value = ChPair(plain.nameEnd + 2, plain.valueEnd);
+  position = static_cast<unsigned int>(plain.valueEnd + 1 - text);
+  return true;
+}
+
+bool MLDoc::anyAttribute(const Token& token, Attribute& attribute) {
   if (!cc::isInText(text, textSize, token.tag.begin) ||
       !cc::isInText(text, textSize, token.tag.end)) {
     erro(LocDictionaryCommonCore, cc::MsgAttributeUnended);
@@ -119,15 +147,6 @@ bool MLDoc::attribute(const Token& token, Attribute& attribute) {
   const bool goesOn = p > token.tag.begin && p < ends.tag;
   int outcome = goesOn ? ReadOk : skipElementName(p, token);
   if (outcome == ReadOk) outcome = findName(p, ends.tag);
-  if (outcome == ReadOk) {
-    const cc::PlainAttribute plain = cc::findPlainAttribute(p, ends.tag, ends.text);
-    if (plain.valueEnd) {
-      attribute.name = ChPair(p, plain.nameEnd);
-      attribute.value = ChPair(plain.nameEnd + 2, plain.valueEnd);
-      position = static_cast<unsigned int>(plain.valueEnd + 1 - text);
-      return true;
-    }
-  }
   const char* control = nullptr;
   if (outcome == ReadOk) outcome = readAttribute(p, ends, attribute, control);
   if (outcome == NoneLeft) p = ends.tag;

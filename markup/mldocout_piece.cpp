@@ -42,7 +42,8 @@ void MLDocOut::Piece::addIndent() {
     flush();
     return out.writeIndent();
   }
-  const std::size_t count = static_cast<std::size_t>(out.level) * static_cast<std::size_t>(perLevel);
+  const std::size_t count =
+      static_cast<std::size_t>(out.level) * static_cast<std::size_t>(perLevel);
   std::memset(bytes + used, out.indentSize > 0 ? ' ' : '\t', count);
   used += count;
 }

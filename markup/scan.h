@@ -16,7 +16,37 @@ namespace cc {
 
 using kernels::findByte;
 using kernels::findControl;
-using kernels::findNameEnd;
+
+// What the usual case does not need, kept out of the code that handles it.
+[[gnu::noinline]] const char* findFarByte(const char* p, const char* end, char c);
+[[gnu::noinline]] const char* findTagEndPlainly(const char* p, const char* end, bool quoted);
+
+// The bytes that are looked at together where one block would often be too short.
+struct Window {
+  using Block = kernels::NativeBlock;
+  using Mask = std::uint64_t;
+  static constexpr int blocks = Block::size == 16 ? 2 : 8 / static_cast<int>(Block::size);
+  static constexpr unsigned int bitsPerByte = Block::size == 16 ? 1 : 8;
+  static constexpr std::ptrdiff_t size = blocks * static_cast<std::ptrdiff_t>(Block::size);
+
+  // The bytes at `p` that `marksOf` marks.
+  template <class MarksOf>
+  static Mask marks(const char* p, MarksOf marksOf) {
+    Mask mask = 0;
+    for (int i = 0; i < blocks; ++i) {
+      const unsigned int at = static_cast<unsigned int>(i) * Block::size;
+      mask |= Mask{Block::mask(marksOf(Block::load(p + at)))} << at * bitsPerByte;
+    }
+    return mask;
+  }
+  // The index of the first byte of a mask that is not 0.
+  static std::size_t first(Mask mask) {
+    return static_cast<unsigned int>(std::countr_zero(mask)) / bitsPerByte;
+  }
+};
+
+// True for an odd number of bytes in the mask of a window.
+inline bool isOdd(Window::Mask mask) { return __builtin_parityll(mask) != 0; }
 
 // The first byte that `marksOf` marks.
 template <class MarksOf>
@@ -56,12 +86,17 @@ inline kernels::NativeBlock::Marks noNameBytes(kernels::NativeBlock::Bytes v) {
 }
 
 // The first byte that no name may hold.
-inline const char* findNameEndInside(const char* p, const char* end, const char* readable) {
+inline const char* findNameEnd(const char* p, const char* end, const char* readable) {
   return findMarkedInside(p, end, readable, noNameBytes);
 }
 
-// True for an odd number of bytes in a mask.
-inline bool isOdd(kernels::NativeBlock::Mask mask) { return __builtin_parityll(mask) != 0; }
+// The same where it stands close by; null where it does not, or too little of the text is left.
+inline const char* findShortNameEnd(const char* p, const char* end) {
+  using Block = kernels::NativeBlock;
+  if (end - p < static_cast<std::ptrdiff_t>(Block::size)) return nullptr;
+  const Block::Mask m = Block::mask(noNameBytes(Block::load(p)));
+  return m != 0 ? p + Block::first(m) : nullptr;
+}
 
 // The first byte that is no white space.
 inline const char* skipSpace(const char* p, const char* end) {
@@ -69,30 +104,32 @@ inline const char* skipSpace(const char* p, const char* end) {
   return p;
 }
 
+// The first `<`. What stands between two tags is mostly short.
+inline const char* findTagBegin(const char* p, const char* end) {
+  if (end - p >= Window::size) {
+    const Window::Mask begins = Window::marks(
+        p, [](Window::Block::Bytes v) { return Window::Block::equal(v, Window::Block::all('<')); });
+    if (begins != 0) return p + Window::first(begins);
+  }
+  return findFarByte(p, end, '<');
+}
+
 // The first `>` outside of double quotes, where `p` stands outside of them.
 inline const char* findTagEnd(const char* p, const char* end) {
-  using Block = kernels::NativeBlock;
-  using Mask = Block::Mask;
-  constexpr unsigned int step = std::is_same_v<Block, kernels::PlainBlock> ? 8 : 1;
-  constexpr unsigned int bits = step * Block::size;
+  using Block = Window::Block;
   bool quoted = false;
-  while (p != end) {
-    const std::size_t left = static_cast<std::size_t>(end - p);
-    const Block::Bytes v = left < Block::size ? Block::loadPart(p, left) : Block::load(p);
-    const Mask quotes = Block::mask(Block::equal(v, Block::all('"')));
-    Mask ends = Block::mask(Block::equal(v, Block::all('>')));
-    if (ends != 0) {
-      // From a quote on, up to the next, every byte is inside: the parity of the quotes so far.
-      Mask inside = quotes;
-      for (unsigned int shift = step; shift < bits; shift *= 2) inside ^= inside << shift;
-      ends &= quoted ? inside : ~inside;
-      if (ends != 0) return p + Block::first(ends);
+  for (; end - p >= Window::size; p += Window::size) {
+    const Window::Mask quotes =
+        Window::marks(p, [](Block::Bytes v) { return Block::equal(v, Block::all('"')); });
+    Window::Mask ends =
+        Window::marks(p, [](Block::Bytes v) { return Block::equal(v, Block::all('>')); });
+    for (; ends != 0; ends &= ends - 1) {
+      const Window::Mask upToEnd = ends ^ (ends - 1);
+      if (isOdd(quotes & upToEnd) == quoted) return p + Window::first(ends);
     }
-    if (left <= Block::size) break;
     quoted ^= isOdd(quotes);
-    p += Block::size;
   }
-  return end;
+  return findTagEndPlainly(p, end, quoted);
 }
 
 // An attribute in its usual form, name="value", with nothing in between and no control byte in the
@@ -106,27 +143,22 @@ struct PlainAttribute {
                                                                 const char* readable) {
   using Block = kernels::NativeBlock;
   constexpr PlainAttribute none{nullptr, nullptr};
-  if constexpr (Block::size != 16) {
+  if constexpr (Window::bitsPerByte != 1) {
     return none;
   } else {
-    constexpr int blocks = 2;
-    if (readable - p < blocks * 16) return none;
-    std::uint64_t quotes = 0;
-    std::uint64_t controls = 0;
-    for (int i = 0; i < blocks; ++i) {
-      const Block::Bytes v = Block::load(p + 16 * i);
-      quotes |= std::uint64_t{Block::mask(Block::equal(v, Block::all('"')))} << 16 * i;
-      controls |= std::uint64_t{Block::mask(Block::below(v, 0x20))} << 16 * i;
-    }
-    const std::uint64_t behindFirst = quotes & (quotes - 1);
+    if (readable - p < Window::size) return none;
+    // Quotes, and control bytes, which are not plain.
+    const Window::Mask marks = Window::marks(p, [](Block::Bytes v) {
+      return Block::either(Block::equal(v, Block::all('"')), Block::below(v, 0x20));
+    });
+    const Window::Mask behindFirst = marks & (marks - 1);
     if (behindFirst == 0) return none;
-    const int first = std::countr_zero(quotes);
-    const int second = std::countr_zero(behindFirst);
-    const std::uint64_t notName = Block::mask(noNameBytes(Block::load(p)));
-    const std::uint64_t value = (behindFirst & (0 - behindFirst)) - (quotes ^ behindFirst);
-    const bool plain = first >= 2 && p[first - 1] == '=' &&
-                       std::countr_zero(notName) == first - 1 && (controls & value) == 0;
-    if (!plain || second >= end - p) return none;
+    const std::size_t first = Window::first(marks);
+    const std::size_t second = Window::first(behindFirst);
+    const Block::Mask noName = Block::mask(noNameBytes(Block::load(p)));
+    const bool plain = first >= 2 && noName != 0 && Block::first(noName) == first - 1 &&
+                       p[first - 1] == '=' && p[first] == '"' && p[second] == '"';
+    if (!plain || second >= static_cast<std::size_t>(end - p)) return none;
     return {p + first - 1, p + second};
   }
 }

@@ -15,6 +15,7 @@
 
 #include "loc/message_numbers.h"
 #include "mlproc.h"
+#include "tests/support/guarded_buffer.h"
 
 namespace cc::test {
 
@@ -69,9 +70,17 @@ int errorOf(Action&& action) {
   return -1;
 }
 
-/// Walks a document and writes down what it meets.
+/// Walks a document, whose text ends at an unreadable page, and writes down what it meets.
 class ReaderTrace : public OpenDoc {
  public:
+  explicit ReaderTrace(std::string_view content) : pages(content) {
+    load("doc", "", 0);
+    release();
+    text = pages.begin();
+    textSize = static_cast<unsigned int>(content.size());
+  }
+  ~ReaderTrace() override { text = nullptr; }
+
   std::string walk() {
     out.clear();
     Token token;
@@ -123,14 +132,11 @@ class ReaderTrace : public OpenDoc {
     }
   }
 
+  GuardedBuffer pages;
   std::string out;
 };
 
 /// The walk over `content`.
-inline std::string traceOf(std::string_view content) {
-  ReaderTrace doc;
-  doc.put(content);
-  return doc.walk();
-}
+inline std::string traceOf(std::string_view content) { return ReaderTrace(content).walk(); }
 
 }  // namespace cc::test
