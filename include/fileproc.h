@@ -70,7 +70,8 @@ class COMMON_CORE_API UTF8File {
   long long checkSize(long long maxSize);
   /// Reads one line into `buffer` of `size` bytes (at least 2), zero-terminated, without its line
   /// feed; carriage returns are dropped wherever they stand. A line that does not fit comes in
-  /// pieces, one per call. At the end of the file true with what was left (maybe nothing), and
+  /// pieces, one per call; a last piece that fills the buffer takes its line end with it, so that
+  /// no empty one follows. At the end of the file true with what was left (maybe nothing), and
   /// `*eof`, unless null, becomes true; it is never set to false. False (message 26) when reading
   /// fails.
   bool readLine(char* buffer, int size, bool* eof);
