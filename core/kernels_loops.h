@@ -18,7 +18,7 @@ inline std::size_t sizeOf(const char* begin, const char* end) {
 // ------------------------------------------------------------------ UTF-8
 
 // The marks of the bytes at `p` that are wrong; two bytes before `p` are readable.
-inline Marks misplacedAt(const char* p) {
+inline auto misplacedAt(const char* p) {
   return Block::misplaced(loadAt(p), loadAt(p - 1), loadAt(p - 2));
 }
 
@@ -48,16 +48,18 @@ inline const char* validPrefix(const char* begin, const char* end) {
   }
   if (isWrongAtStart(loadAt(begin))) return begin;
   const char* p = begin + blockSize;
+  bool maybeCut = true;  // a character may go on beyond `p`
   for (; sizeOf(p, end) >= 4 * blockSize; p += 4 * blockSize) {
-    const Bytes v0 = loadAt(p);
-    const Bytes v1 = loadAt(p + blockSize);
-    const Bytes v2 = loadAt(p + 2 * blockSize);
-    const Bytes v3 = loadAt(p + 3 * blockSize);
-    // The two bytes before count in: a character that they begin would have to go on.
-    const Bytes all = Block::either(Block::either(v0, v1), Block::either(v2, v3));
-    if (Block::isAscii(Block::either(all, loadAt(p - 2)))) continue;
-    const Marks wrong01 = Block::either(misplacedAt(p), misplacedAt(p + blockSize));
-    const Marks wrong23 =
+    const Bytes v01 = Block::either(loadAt(p), loadAt(p + blockSize));
+    const Bytes v23 = Block::either(loadAt(p + 2 * blockSize), loadAt(p + 3 * blockSize));
+    if (Block::isAscii(Block::either(v01, v23))) {
+      if (maybeCut && withoutCutCharacter(begin, p) != p) return lastStartBefore(begin, p);
+      maybeCut = false;
+      continue;
+    }
+    maybeCut = true;
+    const auto wrong01 = Block::either(misplacedAt(p), misplacedAt(p + blockSize));
+    const auto wrong23 =
         Block::either(misplacedAt(p + 2 * blockSize), misplacedAt(p + 3 * blockSize));
     if (Block::mask(Block::either(wrong01, wrong23)) != 0) return lastStartBefore(begin, p);
   }
@@ -67,56 +69,74 @@ inline const char* validPrefix(const char* begin, const char* end) {
   if (n >= blockSize + 2) {
     if (Block::mask(misplacedAt(end - blockSize)) != 0) return lastStartBefore(begin, p);
   } else if (const std::size_t left = sizeOf(p, end); left != 0) {
-    const Marks wrong = Block::misplaced(Block::loadPart(p, left), Block::loadPart(p - 1, left),
-                                         Block::loadPart(p - 2, left));
+    const auto wrong = Block::misplaced(Block::loadPart(p, left), Block::loadPart(p - 1, left),
+                                        Block::loadPart(p - 2, left));
     if (Block::mask(wrong) != 0) return lastStartBefore(begin, p);
   }
   return withoutCutCharacter(begin, end);
 }
 
-inline std::size_t countCharacters(const char* begin, const char* end) {
-  const std::size_t n = sizeOf(begin, end);
-  std::size_t continuing = 0;
-  const char* p = begin;
-  while (sizeOf(p, end) >= 2 * blockSize) {
-    Bytes tally0 = Block::all(0);
-    Bytes tally1 = Block::all(0);
-    std::size_t turns = sizeOf(p, end) / (2 * blockSize);
-    turns = turns < 255 ? turns : 255;
-    for (std::size_t i = 0; i < turns; ++i, p += 2 * blockSize) {
-      tally0 = Block::tallied(tally0, Block::continuations(loadAt(p)));
-      tally1 = Block::tallied(tally1, Block::continuations(loadAt(p + blockSize)));
+// The sum over a range of what a tally adds up, four steps of it a turn.
+template <class Tally>
+inline std::size_t sumOver(const char* p, const char* end) {
+  constexpr std::size_t step = Tally::step;
+  Block::Sums sums{};
+  while (sizeOf(p, end) >= 4 * step) {
+    Bytes t0 = Block::all(0);
+    Bytes t1 = t0;
+    Bytes t2 = t0;
+    Bytes t3 = t0;
+    const std::size_t turns = sizeOf(p, end) / (4 * step);
+    const char* const stop = p + 4 * step * (turns < Tally::most ? turns : Tally::most);
+    for (; p != stop; p += 4 * step) {
+      t0 = Tally::add(t0, p);
+      t1 = Tally::add(t1, p + step);
+      t2 = Tally::add(t2, p + 2 * step);
+      t3 = Tally::add(t3, p + 3 * step);
     }
-    continuing += Block::sum(tally0) + Block::sum(tally1);
+    sums = Block::plusSums(Block::plusSums(sums, t0), t1);
+    sums = Block::plusSums(Block::plusSums(sums, t2), t3);
   }
-  Bytes tally = Block::all(0);
-  for (; sizeOf(p, end) >= blockSize; p += blockSize) {
-    tally = Block::tallied(tally, Block::continuations(loadAt(p)));
+  Bytes last = Block::all(0);
+  for (; sizeOf(p, end) >= step; p += step) last = Tally::add(last, p);
+  return Block::total(Block::plusSums(sums, Tally::addPart(last, p, sizeOf(p, end))));
+}
+
+struct ContinuationTally {
+  static constexpr std::size_t step = blockSize;
+  static constexpr std::size_t most = 255;  // turns that the bytes of a tally can take
+  static Bytes add(Bytes tally, const char* p) {
+    return Block::tallied(tally, Block::continuations(loadAt(p)));
   }
-  tally = Block::tallied(tally, Block::continuations(Block::loadPart(p, sizeOf(p, end))));
-  return n - continuing - Block::sum(tally);
+  static Bytes addPart(Bytes tally, const char* p, std::size_t n) {
+    return Block::tallied(tally, Block::continuations(Block::loadPart(p, n)));
+  }
+};
+
+// What units are short of three bytes; zeros in place of missing units are short of two each.
+struct ShortUnitTally {
+  static constexpr std::size_t step = 2 * blockSize;
+  static constexpr std::size_t most = Block::shortUnitTurns;
+  static Bytes add(Bytes tally, const char* p) {
+    return Block::talliedShort(tally, loadAt(p), loadAt(p + blockSize));
+  }
+  static Bytes addPart(Bytes tally, const char* p, std::size_t n) {
+    if (n < blockSize) return Block::talliedShort(tally, Block::loadPart(p, n), Block::all(0));
+    const Bytes rest = Block::loadPart(p + blockSize, n - blockSize);
+    return Block::talliedShort(tally, loadAt(p), rest);
+  }
+};
+
+inline std::size_t countCharacters(const char* begin, const char* end) {
+  return sizeOf(begin, end) - sumOver<ContinuationTally>(begin, end);
 }
 
 inline std::size_t encodedSize(const unsigned short* begin, const unsigned short* end) {
-  const std::size_t n = static_cast<std::size_t>(end - begin);
-  const char* p = reinterpret_cast<const char*>(begin);
+  const char* const first = reinterpret_cast<const char*>(begin);
   const char* const last = reinterpret_cast<const char*>(end);
-  std::size_t missing = 0;  // of three bytes for each unit
-  while (sizeOf(p, last) >= blockSize) {
-    Bytes tally = Block::all(0);
-    std::size_t turns = sizeOf(p, last) / blockSize;
-    turns = turns < 30000 ? turns : 30000;
-    for (std::size_t i = 0; i < turns; ++i, p += blockSize) {
-      tally = Block::talliedShort(tally, loadAt(p));
-    }
-    missing += Block::sumOfUnits(tally);
-  }
-  const std::size_t left = sizeOf(p, last);
-  if (left != 0) {
-    const Bytes tally = Block::talliedShort(Block::all(0), Block::loadPart(p, left));
-    missing += Block::sumOfUnits(tally) - (blockSize - left);  // the zeros count as two each
-  }
-  return 3 * n - missing;
+  const std::size_t size = sizeOf(first, last);
+  const std::size_t zeros = ShortUnitTally::step - size % ShortUnitTally::step;  // in bytes
+  return size / 2 * 3 + zeros - sumOver<ShortUnitTally>(first, last);
 }
 
 // ------------------------------------------------------------------ case

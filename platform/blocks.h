@@ -128,10 +128,12 @@ struct PlainBlock {
   static Bytes where(Marks marks, unsigned char c) { return ((marks & tops) >> 7) * c; }
   /// `tally` with 1 added in each marked byte; good for 255 times.
   static Bytes tallied(Bytes tally, Marks marks) { return tally + ((marks & tops) >> 7); }
-  /// The sum of the bytes.
-  static std::size_t sum(Bytes tally) {
-    return ((tally & evens) + (tally >> 8 & evens)) * unitOnes >> (8 * size - 16);
+  /// The sum of the bytes of tallies, in parts until `total` adds them up.
+  using Sums = std::size_t;
+  static Sums plusSums(Sums sums, Bytes tally) {
+    return sums + (((tally & evens) + (tally >> 8 & evens)) * unitOnes >> (8 * size - 16));
   }
+  static std::size_t total(Sums sums) { return sums; }
 
   /// True when no byte is above 0x7F.
   static bool isAscii(Bytes v) { return (v & tops) == 0; }
@@ -155,15 +157,13 @@ struct PlainBlock {
   /// The bits of each unit moved up by 8 or down by 4.
   static Bytes up8(Bytes units) { return units << 8 & ~evens; }
   static Bytes down4(Bytes units) { return units >> 4 & unitOnes * 0x0FFF; }
-  /// `tally` with 1 added in each unit that is below 0x80 and 1 in each that is below 0x800.
-  static Bytes talliedShort(Bytes tally, Bytes units) {
-    return tally + belowPower(units, 0x7F80) + belowPower(units, 0x7800);
+  /// `tally`, whose bytes add up the units of `a` and `b` that are below 0x80 and again those that
+  /// are below 0x800; good for `shortUnitTurns` times.
+  static Bytes talliedShort(Bytes tally, Bytes a, Bytes b) {
+    return tally + belowPower(a, 0x7F80) + belowPower(a, 0x7800) + belowPower(b, 0x7F80) +
+           belowPower(b, 0x7800);
   }
-  static std::size_t sumOfUnits(Bytes tally) {
-    std::size_t total = 0;
-    for (std::size_t i = 0; i < size / 2; ++i) total += tally >> (16 * i) & 0xFFFF;
-    return total;
-  }
+  static constexpr std::size_t shortUnitTurns = 63;
 
  private:
   using Half = std::conditional_t<size == 8, std::uint32_t, std::uint16_t>;
@@ -199,12 +199,12 @@ struct Sse2Block {
   static void store(void* p, Bytes v) { _mm_storeu_si128(static_cast<__m128i*>(p), v); }
   static Bytes all(unsigned char c) { return _mm_set1_epi8(static_cast<char>(c)); }
 
-  static Bytes either(Bytes a, Bytes b) { return _mm_or_si128(a, b); }
-  static Bytes both(Bytes a, Bytes b) { return _mm_and_si128(a, b); }
-  static Bytes differ(Bytes a, Bytes b) { return _mm_xor_si128(a, b); }
-  static Bytes without(Bytes a, Bytes b) { return _mm_andnot_si128(b, a); }
+  static Bytes either(Bytes a, Bytes b) { return a | b; }
+  static Bytes both(Bytes a, Bytes b) { return a & b; }
+  static Bytes differ(Bytes a, Bytes b) { return a ^ b; }
+  static Bytes without(Bytes a, Bytes b) { return a & ~b; }
   static Bytes plus(Bytes a, Bytes b) { return _mm_add_epi8(a, b); }
-  static Marks others(Marks marks) { return _mm_xor_si128(marks, all(0xFF)); }
+  static Marks others(Marks marks) { return ~marks; }
 
   static Marks equal(Bytes a, Bytes b) { return _mm_cmpeq_epi8(a, b); }
   static Marks below(Bytes v, unsigned char c) {
@@ -224,10 +224,15 @@ struct Sse2Block {
 
   static Bytes where(Marks marks, unsigned char c) { return both(marks, all(c)); }
   static Bytes tallied(Bytes tally, Marks marks) { return _mm_sub_epi8(tally, marks); }
-  static std::size_t sum(Bytes tally) {
-    const Bytes parts = _mm_sad_epu8(tally, _mm_setzero_si128());
-    return static_cast<unsigned int>(_mm_cvtsi128_si32(parts)) +
-           static_cast<unsigned int>(_mm_cvtsi128_si32(_mm_srli_si128(parts, 8)));
+  using Sums = Bytes;
+  static Sums plusSums(Sums sums, Bytes tally) {
+    return _mm_add_epi64(sums, _mm_sad_epu8(tally, _mm_setzero_si128()));
+  }
+  static std::size_t total(Sums sums) {
+    const Bytes parts = _mm_add_epi64(sums, _mm_unpackhi_epi64(sums, sums));
+    std::uint64_t low = 0;
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(&low), parts);
+    return static_cast<std::size_t>(low);
   }
 
   static bool isAscii(Bytes v) { return _mm_movemask_epi8(v) == 0; }
@@ -242,19 +247,11 @@ struct Sse2Block {
   }
   static Bytes up8(Bytes units) { return _mm_slli_epi16(units, 8); }
   static Bytes down4(Bytes units) { return _mm_srli_epi16(units, 4); }
-  static Bytes talliedShort(Bytes tally, Bytes units) {
-    const Bytes none = _mm_setzero_si128();
-    const Bytes ascii = _mm_cmpeq_epi16(both(units, _mm_set1_epi16(-0x80)), none);
-    const Bytes narrow = _mm_cmpeq_epi16(both(units, _mm_set1_epi16(-0x800)), none);
-    return _mm_sub_epi16(tally, _mm_add_epi16(ascii, narrow));
+  static Bytes talliedShort(Bytes tally, Bytes a, Bytes b) {
+    const Bytes high = _mm_packus_epi16(_mm_srli_epi16(a, 7), _mm_srli_epi16(b, 7));
+    return tallied(tallied(tally, below(high, 1)), below(high, 16));
   }
-  static std::size_t sumOfUnits(Bytes tally) {
-    const Bytes low = both(tally, _mm_set1_epi32(0xFFFF));
-    Bytes parts = _mm_add_epi32(low, _mm_srli_epi32(tally, 16));
-    parts = _mm_add_epi32(parts, _mm_srli_si128(parts, 8));
-    parts = _mm_add_epi32(parts, _mm_srli_si128(parts, 4));
-    return static_cast<unsigned int>(_mm_cvtsi128_si32(parts));
-  }
+  static constexpr std::size_t shortUnitTurns = 127;
 
  private:
   static Bytes halves(std::uint64_t low, std::uint64_t high) {
@@ -282,12 +279,12 @@ struct Avx2Block {
   static void store(void* p, Bytes v) { _mm256_storeu_si256(static_cast<__m256i*>(p), v); }
   static Bytes all(unsigned char c) { return _mm256_set1_epi8(static_cast<char>(c)); }
 
-  static Bytes either(Bytes a, Bytes b) { return _mm256_or_si256(a, b); }
-  static Bytes both(Bytes a, Bytes b) { return _mm256_and_si256(a, b); }
-  static Bytes differ(Bytes a, Bytes b) { return _mm256_xor_si256(a, b); }
-  static Bytes without(Bytes a, Bytes b) { return _mm256_andnot_si256(b, a); }
+  static Bytes either(Bytes a, Bytes b) { return a | b; }
+  static Bytes both(Bytes a, Bytes b) { return a & b; }
+  static Bytes differ(Bytes a, Bytes b) { return a ^ b; }
+  static Bytes without(Bytes a, Bytes b) { return a & ~b; }
   static Bytes plus(Bytes a, Bytes b) { return _mm256_add_epi8(a, b); }
-  static Marks others(Marks marks) { return _mm256_xor_si256(marks, all(0xFF)); }
+  static Marks others(Marks marks) { return ~marks; }
 
   static Marks equal(Bytes a, Bytes b) { return _mm256_cmpeq_epi8(a, b); }
   static Marks below(Bytes v, unsigned char c) {
@@ -307,9 +304,13 @@ struct Avx2Block {
 
   static Bytes where(Marks marks, unsigned char c) { return both(marks, all(c)); }
   static Bytes tallied(Bytes tally, Marks marks) { return _mm256_sub_epi8(tally, marks); }
-  static std::size_t sum(Bytes tally) {
-    const Bytes parts = _mm256_sad_epu8(tally, _mm256_setzero_si256());
-    return sumOfWords(parts);
+  using Sums = Bytes;
+  static Sums plusSums(Sums sums, Bytes tally) {
+    return _mm256_add_epi64(sums, _mm256_sad_epu8(tally, _mm256_setzero_si256()));
+  }
+  static std::size_t total(Sums sums) {
+    return Sse2Block::total(
+        _mm_add_epi64(_mm256_castsi256_si128(sums), _mm256_extracti128_si256(sums, 1)));
   }
 
   static bool isAscii(Bytes v) { return _mm256_movemask_epi8(v) == 0; }
@@ -323,24 +324,11 @@ struct Avx2Block {
   }
   static Bytes up8(Bytes units) { return _mm256_slli_epi16(units, 8); }
   static Bytes down4(Bytes units) { return _mm256_srli_epi16(units, 4); }
-  static Bytes talliedShort(Bytes tally, Bytes units) {
-    const Bytes none = _mm256_setzero_si256();
-    const Bytes ascii = _mm256_cmpeq_epi16(both(units, _mm256_set1_epi16(-0x80)), none);
-    const Bytes narrow = _mm256_cmpeq_epi16(both(units, _mm256_set1_epi16(-0x800)), none);
-    return _mm256_sub_epi16(tally, _mm256_add_epi16(ascii, narrow));
+  static Bytes talliedShort(Bytes tally, Bytes a, Bytes b) {
+    const Bytes high = _mm256_packus_epi16(_mm256_srli_epi16(a, 7), _mm256_srli_epi16(b, 7));
+    return tallied(tallied(tally, below(high, 1)), below(high, 16));
   }
-  static std::size_t sumOfUnits(Bytes tally) {
-    const Bytes low = both(tally, _mm256_set1_epi32(0xFFFF));
-    const Bytes parts = _mm256_add_epi32(low, _mm256_srli_epi32(tally, 16));
-    return sumOfWords(parts);
-  }
-  /// The sum of 32-bit numbers.
-  static std::size_t sumOfWords(Bytes v) {
-    __m128i parts = _mm_add_epi32(_mm256_castsi256_si128(v), _mm256_extracti128_si256(v, 1));
-    parts = _mm_add_epi32(parts, _mm_unpackhi_epi64(parts, parts));
-    parts = _mm_add_epi32(parts, _mm_shuffle_epi32(parts, 1));
-    return static_cast<unsigned int>(_mm_cvtsi128_si32(parts));
-  }
+  static constexpr std::size_t shortUnitTurns = 127;
 
  private:
   static Bytes lowHalfUp(Bytes v) { return _mm256_permute2x128_si256(v, v, 0x08); }
@@ -364,10 +352,10 @@ struct Avx512Block {
   static void store(void* p, Bytes v) { _mm512_storeu_si512(p, v); }
   static Bytes all(unsigned char c) { return _mm512_set1_epi8(static_cast<char>(c)); }
 
-  static Bytes either(Bytes a, Bytes b) { return _mm512_or_si512(a, b); }
-  static Bytes both(Bytes a, Bytes b) { return _mm512_and_si512(a, b); }
-  static Bytes differ(Bytes a, Bytes b) { return _mm512_xor_si512(a, b); }
-  static Bytes without(Bytes a, Bytes b) { return _mm512_andnot_si512(b, a); }
+  static Bytes either(Bytes a, Bytes b) { return a | b; }
+  static Bytes both(Bytes a, Bytes b) { return a & b; }
+  static Bytes differ(Bytes a, Bytes b) { return a ^ b; }
+  static Bytes without(Bytes a, Bytes b) { return a & ~b; }
   static Bytes plus(Bytes a, Bytes b) { return _mm512_add_epi8(a, b); }
   static Marks either(Marks a, Marks b) { return a | b; }
   static Marks both(Marks a, Marks b) { return a & b; }
@@ -380,10 +368,11 @@ struct Avx512Block {
     return below(_mm512_sub_epi8(v, all(low)), static_cast<unsigned char>(high - low + 1));
   }
   static Marks continuations(Bytes v) { return _mm512_cmplt_epi8_mask(v, all(0xC0)); }
-  static Marks misplaced(Bytes v, Bytes before, Bytes before2) {
-    const Marks follows =
-        _mm512_cmpge_epu8_mask(before, all(0xC0)) | _mm512_cmpge_epu8_mask(before2, all(0xE0));
-    return (follows ^ continuations(v)) | _mm512_cmpge_epu8_mask(v, all(0xF0));
+  static Bytes misplaced(Bytes v, Bytes before, Bytes before2) {
+    const Bytes follows =
+        either(_mm512_subs_epu8(before, all(0x40)), _mm512_subs_epu8(before2, all(0x60)));
+    const Bytes continues = without(v, _mm512_add_epi8(v, v));
+    return either(differ(follows, continues), _mm512_subs_epu8(v, all(0x70)));
   }
   static Bytes moved1(Bytes v) { return _mm512_alignr_epi8(v, quarterUp(v), 15); }
   static Bytes moved2(Bytes v) { return _mm512_alignr_epi8(v, quarterUp(v), 14); }
@@ -392,12 +381,19 @@ struct Avx512Block {
   static Bytes tallied(Bytes tally, Marks marks) {
     return _mm512_mask_add_epi8(tally, marks, tally, all(1));
   }
-  static std::size_t sum(Bytes tally) {
-    return sumOfWords(_mm512_sad_epu8(tally, _mm512_setzero_si512()));
+  using Sums = Bytes;
+  static Sums plusSums(Sums sums, Bytes tally) {
+    return _mm512_add_epi64(sums, _mm512_sad_epu8(tally, _mm512_setzero_si512()));
+  }
+  static std::size_t total(Sums sums) {
+    const __m256i low = _mm512_maskz_extracti64x4_epi64(0x0F, sums, 0);
+    const __m256i high = _mm512_maskz_extracti64x4_epi64(0x0F, sums, 1);
+    return Avx2Block::total(_mm256_add_epi64(low, high));
   }
 
   static bool isAscii(Bytes v) { return _mm512_movepi8_mask(v) == 0; }
   static Mask mask(Marks marks) { return marks; }
+  static Mask mask(Bytes tops) { return _mm512_movepi8_mask(tops); }
   static std::size_t first(Mask m) { return static_cast<std::size_t>(__builtin_ctzll(m)); }
 
   static Bytes widened(const void* p) {
@@ -408,25 +404,13 @@ struct Avx512Block {
   }
   static Bytes up8(Bytes units) { return _mm512_slli_epi16(units, 8); }
   static Bytes down4(Bytes units) { return _mm512_srli_epi16(units, 4); }
-  static Bytes talliedShort(Bytes tally, Bytes units) {
-    const Bytes one = _mm512_set1_epi16(1);
-    const __mmask32 ascii = _mm512_cmplt_epu16_mask(units, _mm512_set1_epi16(0x80));
-    const __mmask32 narrow = _mm512_cmplt_epu16_mask(units, _mm512_set1_epi16(0x800));
-    tally = _mm512_mask_add_epi16(tally, ascii, tally, one);
-    return _mm512_mask_add_epi16(tally, narrow, tally, one);
+  static Bytes talliedShort(Bytes tally, Bytes a, Bytes b) {
+    const Bytes high = _mm512_packus_epi16(_mm512_srli_epi16(a, 7), _mm512_srli_epi16(b, 7));
+    return tallied(tallied(tally, below(high, 1)), below(high, 16));
   }
-  static std::size_t sumOfUnits(Bytes tally) {
-    const Bytes low = both(tally, _mm512_set1_epi32(0xFFFF));
-    const Bytes high = _mm512_maskz_srli_epi32(0xFFFF, tally, 16);
-    return sumOfWords(_mm512_add_epi32(low, high));
-  }
+  static constexpr std::size_t shortUnitTurns = 127;
 
  private:
-  static std::size_t sumOfWords(Bytes v) {
-    const __m256i high = _mm512_maskz_extracti64x4_epi64(0x0F, v, 1);
-    const __m256i low = _mm512_maskz_extracti64x4_epi64(0x0F, v, 0);
-    return Avx2Block::sumOfWords(_mm256_add_epi32(low, high));
-  }
   static Bytes quarterUp(Bytes v) { return _mm512_maskz_shuffle_i64x2(0xFC, v, v, 0x90); }
 };
 CC_TARGET_END
