@@ -18,6 +18,39 @@ bool isPlain(const T* lower, const T* upper, unsigned int n) {
   return true;
 }
 
+std::uint16_t pairOf(unsigned int u) {
+  return static_cast<std::uint16_t>((0xC0 | u >> 6) | (0x80 | (u & 0x3F)) << 8);
+}
+
+void fillPairs(std::uint16_t (&pairs)[2048], const unsigned short* table) {
+  for (unsigned int u = 0; u < 2048; ++u) {
+    const unsigned int mapped = table[u];
+    pairs[u] = pairOf(mapped >= 0x80 && mapped < 0x800 ? mapped : u);
+  }
+}
+
+// True where no three-byte character that begins with the byte 0xE0 + `low` changes.
+bool isCaseless(const unsigned short* table, unsigned int low) {
+  for (unsigned int u = low << 12; u < (low + 1) << 12; ++u) {
+    if (table[u] != u) return false;
+  }
+  return true;
+}
+
+// The longest run of caseless leads; that of 0xE0, whose overlong forms reach everything, is none.
+void findCaseless(kernels::CaseMap& map, const unsigned short* table) {
+  map.caselessLow = map.caselessHigh = 0x7F;
+  unsigned int longest = 0;
+  unsigned int length = 0;
+  for (unsigned int low = 1; low < 16; ++low) {
+    length = isCaseless(table, low) ? length + 1 : 0;
+    if (length <= longest) continue;
+    longest = length;
+    map.caselessHigh = static_cast<unsigned char>(0x60 + low);
+    map.caselessLow = static_cast<unsigned char>(map.caselessHigh - length + 1);
+  }
+}
+
 }  // namespace
 
 constinit CaseTables caseTables;
@@ -26,6 +59,12 @@ void deriveCaseTables() {
   caseTables.plainBytes = isPlain(chr_lower_table_ascii, chr_upper_table_ascii, 256);
   caseTables.plainAscii =
       caseTables.plainBytes && isPlain(chr_lower_table_utf16, chr_upper_table_utf16, 128);
+  fillPairs(caseTables.upperPairs, chr_upper_table_utf16);
+  fillPairs(caseTables.lowerPairs, chr_lower_table_utf16);
+  caseTables.upper = {'a', 'z', 0, 0, caseTables.upperPairs, chr_upper_table_utf16};
+  caseTables.lower = {'A', 'Z', 0, 0, caseTables.lowerPairs, chr_lower_table_utf16};
+  findCaseless(caseTables.upper, chr_upper_table_utf16);
+  findCaseless(caseTables.lower, chr_lower_table_utf16);
 }
 
 }  // namespace cc

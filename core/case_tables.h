@@ -2,16 +2,25 @@
 // the tables are filled.
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
+
+#include "core/kernels.h"
 
 namespace cc {
 
-/// A fact about a table, or a shorter form of one.
+/// Facts about the tables, and shorter forms of them.
 struct CaseTables {
   /// The byte tables map a-z and A-Z and nothing else.
   bool plainBytes = false;
   /// The byte tables are plain, and the first 128 entries of the unit tables map the same.
   bool plainAscii = false;
+  /// By the eleven bits of a two-byte character: its bytes in upper and in lower case, the first
+  /// byte in the low half; its own bytes where the counterpart has another length.
+  std::uint16_t upperPairs[2048] = {};
+  std::uint16_t lowerPairs[2048] = {};
+  /// For the loops; of use where `plainAscii` says so.
+  kernels::CaseMap upper = {};
+  kernels::CaseMap lower = {};
 };
 
 /// Written by `chr_tables_prepare`, read by everybody.

@@ -3,12 +3,17 @@
 #include "core/kernels.h"
 
 #include "core/init_order.h"
+#include "core/kernels_character.h"
 
 namespace cc::kernels {
 
 namespace plain {
 using Block = PlainBlock;
 #include "core/kernels_loops.h"
+
+#include "core/kernels_runs.h"
+
+#include "core/kernels_convert.h"
 }  // namespace plain
 
 const Loops plainLoops = plain::table;

@@ -109,6 +109,20 @@ struct PatternFilter {
   unsigned char byte[2][2];
 };
 
+/// How to change the case of characters of several bytes; for tables that map ASCII as usual.
+struct CaseMap {
+  /// The letters of ASCII to change.
+  unsigned char lowest, highest;
+  /// Lead bytes of three-byte characters without case, their top bit taken off. Both above 0x6F
+  /// where there are none.
+  unsigned char caselessLow, caselessHigh;
+  /// By the eleven bits of a two-byte character: what takes its place, the first byte in the low
+  /// half.
+  const std::uint16_t* pairs;
+  /// The character table.
+  const unsigned short* units;
+};
+
 /// The hot loops of one kind of block. `begin` <= `end` everywhere; ranges may be empty.
 struct Loops {
   const char* name;
@@ -120,6 +134,15 @@ struct Loops {
   std::size_t (*countCharacters)(const char* begin, const char* end);
   /// Number of UTF-8 bytes that the units encode to.
   std::size_t (*encodedSize)(const unsigned short* begin, const unsigned short* end);
+
+  /// Decodes [src, srcEnd) into [dst, dstEnd) until either ends; returns the output position.
+  unsigned short* (*decode)(const char* src, const char* srcEnd, unsigned short* dst,
+                            const unsigned short* dstEnd);
+  /// Encodes [src, srcEnd) into [dst, dstEnd) until either ends; returns the output position.
+  char* (*encode)(const unsigned short* src, const unsigned short* srcEnd, char* dst,
+                  const char* dstEnd);
+  /// Changes the case of UTF-8 text in place; characters keep their number of bytes.
+  void (*mapCase)(char* begin, char* end, const CaseMap& map);
 
   /// Maps a-z to A-Z, or A-Z to a-z, and leaves every other byte.
   void (*upperAscii)(char* begin, char* end);

@@ -2,10 +2,17 @@
 
 #include "core/kernels.h"
 
+#include "core/kernels_character.h"
+#include "core/kernels_shuffle_tables.h"
+
 CC_TARGET_BEGIN(CC_AVX512)
 namespace cc::kernels::avx512 {
 using Block = Avx512Block;
 #include "core/kernels_loops.h"
+
+#include CC_WIDE_CONVERSIONS
+
+#include "core/kernels_convert.h"
 }  // namespace cc::kernels::avx512
 CC_TARGET_END
 

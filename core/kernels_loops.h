@@ -26,13 +26,6 @@ inline bool isWrongAtStart(Bytes v) {
   return Block::mask(Block::misplaced(v, Block::moved1(v), Block::moved2(v))) != 0;
 }
 
-// Start of the last character that begins before `p`, where all before `p` is valid.
-inline const char* lastStartBefore(const char* begin, const char* p) {
-  while (p > begin && (*--p & 0xC0) == 0x80) {
-  }
-  return p;
-}
-
 // `end`, or the start of a last character that lacks bytes.
 inline const char* withoutCutCharacter(const char* begin, const char* end) {
   if (begin != end && static_cast<unsigned char>(end[-1]) >= 0xC0) return end - 1;
@@ -311,8 +304,3 @@ inline std::size_t decodeHex(const char* hex, std::size_t n, unsigned char* out)
   }
   return done;
 }
-
-constexpr Loops table = {
-    Block::name, validPrefix, countCharacters,   encodedSize, upperAscii, lowerAscii,
-    matchNoCase, findPattern, findPatternNoCase, encodeHex,   decodeHex,
-};

@@ -2,7 +2,8 @@
 //
 // A block is a machine word (`PlainBlock`, the portable form, which every target has) or a vector
 // register. All kinds have the same operations, described at the portable form, so each loop is
-// written once and compiled once per kind. Intrinsics stand here and nowhere else.
+// written once and compiled once per kind. Intrinsics stand here and, for what only the wide kinds
+// can do, in core/kernels_shuffles.h.
 //
 // Operations that look for something give marks, one per byte; a mask is the marks as a number.
 // Where a processor has no marks of its own they are a block in whose bytes the top bit counts.
@@ -34,6 +35,14 @@
 #define CC_TARGET_BEGIN(features)
 #define CC_TARGET_END
 #endif
+
+// The conversions that go with the wide blocks.
+#if CC_HAS_VECTORS
+#define CC_WIDE_CONVERSIONS "core/kernels_shuffles.h"
+#else
+#define CC_WIDE_CONVERSIONS "core/kernels_runs.h"
+#endif
+
 #define CC_SSE2 "sse2"
 #define CC_AVX2 "avx2,bmi,bmi2,lzcnt,popcnt"
 #define CC_AVX512 "avx2,bmi,bmi2,lzcnt,popcnt,avx512f,avx512bw,avx512vl,avx512dq"
@@ -154,6 +163,8 @@ struct PlainBlock {
     const Bytes v = (units | units >> 8) & pairs;
     storeAs(p, static_cast<Half>(v | v >> 2 * size));
   }
+  /// True when no unit is above 0x7F.
+  static bool areAscii(Bytes units) { return (units & unitOnes * 0xFF80) == 0; }
   /// The bits of each unit moved up by 8 or down by 4.
   static Bytes up8(Bytes units) { return units << 8 & ~evens; }
   static Bytes down4(Bytes units) { return units >> 4 & unitOnes * 0x0FFF; }
@@ -244,6 +255,10 @@ struct Sse2Block {
   }
   static void storeNarrowed(void* p, Bytes units) {
     _mm_storel_epi64(static_cast<__m128i*>(p), _mm_packus_epi16(units, units));
+  }
+  static bool areAscii(Bytes units) {
+    const Bytes ascii = _mm_cmpeq_epi16(units & _mm_set1_epi16(-0x80), _mm_setzero_si128());
+    return _mm_movemask_epi8(ascii) == 0xFFFF;
   }
   static Bytes up8(Bytes units) { return _mm_slli_epi16(units, 8); }
   static Bytes down4(Bytes units) { return _mm_srli_epi16(units, 4); }

@@ -8,27 +8,27 @@
 #include <cstring>
 
 #include "charproc.h"
+#include "core/case_tables.h"
 #include "core/kernels.h"
+#include "core/kernels_character.h"
+
+using namespace cc::kernels;
 
 namespace {
 
-bool continues(char c) { return (c & 0xC0) == 0x80; }
-
-bool isAscii(char c) { return static_cast<signed char>(c) >= 0; }
-
-unsigned int encodedLength(unsigned short u) { return u <= 0x7F ? 1 : u <= 0x7FF ? 2 : 3; }
-
-// Replaces each character by its entry in `table` where the entry fits in the same bytes.
-void mapCase(char* s, const char* end, const unsigned short* table) {
-  if (!s) return;
+// Replaces each character by its entry in the map's table where the entry fits in the same bytes.
+void changeCase(char* s, const char* end, const CaseMap& map) {
+  if (!s || s >= end) return;
+  if (cc::caseTables.plainAscii) {
+    loops->mapCase(s, s + (end - s), map);
+    return;
+  }
   while (s < end) {
     unsigned short u = 0;
-    const char* next = getch_utf8(u, s, end);
-    const unsigned short mapped = table[u];
-    if (mapped != u && static_cast<long>(encodedLength(mapped)) == next - s) {
-      putch_utf8(mapped, s, end);
-    }
-    s += next - s;
+    const std::ptrdiff_t length = decodeCharacter(u, s, end) - s;
+    const unsigned short mapped = map.units[u];
+    if (mapped != u && encodedLength(mapped) == length) encodeCharacter(mapped, s, end);
+    s += length;
   }
 }
 
@@ -43,7 +43,7 @@ const char* characterAt(const char* begin, const char* p) {
 const char* strchk_utf8(const char* s, unsigned int n) {
   if (!s) return nullptr;
   const char* end = s + n;
-  s = cc::kernels::loops->validPrefix(s, end);
+  s = loops->validPrefix(s, end);
   while (s != end) {
     const unsigned char lead = static_cast<unsigned char>(*s);
     if (lead < 0x80) {
@@ -75,7 +75,7 @@ unsigned int strlen_utf8(const char* s) {
 
 unsigned int strlen_utf8(const char* begin, const char* end) {
   if (begin >= end) return 0;
-  return static_cast<unsigned int>(cc::kernels::loops->countCharacters(begin, end));
+  return static_cast<unsigned int>(loops->countCharacters(begin, end));
 }
 
 unsigned int strlen_utf8(const unsigned short* s) {
@@ -84,7 +84,7 @@ unsigned int strlen_utf8(const unsigned short* s) {
 
 unsigned int strlen_utf8(const unsigned short* begin, const unsigned short* end) {
   if (begin >= end) return 0;
-  return static_cast<unsigned int>(cc::kernels::loops->encodedSize(begin, end));
+  return static_cast<unsigned int>(loops->encodedSize(begin, end));
 }
 
 const char* chrpass_utf8(const char* p, const char* end) {
@@ -105,58 +105,28 @@ const char* chrback_utf8(const char* begin, const char* p) {
 
 const char* getch_utf8(unsigned short& out, const char* p, const char* end) {
   if (!p) return nullptr;
-  if (p == end) {
-    out = 0xFFFF;
-    return p;
-  }
-  const unsigned char first = static_cast<unsigned char>(*p++);
-  if (first < 0x80) {
-    out = first;
-    return p;
-  }
-  unsigned int value = first & 0x1F;
-  for (; p != end && continues(*p); ++p) {
-    value = (value << 6) + (static_cast<unsigned char>(*p) & 0x3F);
-  }
-  out = static_cast<unsigned short>(value);
+  if (p != end) return decodeCharacter(out, p, end);
+  out = 0xFFFF;
   return p;
 }
 
-char* putch_utf8(unsigned short u, char* p, const char* end) {
-  if (p == end) return p;
-  if (u <= 0x7F) {
-    *p = static_cast<char>(u);
-    return p + 1;
-  }
-  if (u <= 0x7FF) {
-    *p++ = static_cast<char>(0xC0 | u >> 6);
-  } else {
-    *p++ = static_cast<char>(0xE0 | u >> 12);
-    if (p == end) return p;
-    *p++ = static_cast<char>(0x80 | (u >> 6 & 0x3F));
-  }
-  if (p == end) return p;
-  *p++ = static_cast<char>(0x80 | (u & 0x3F));
-  return p;
-}
+char* putch_utf8(unsigned short u, char* p, const char* end) { return encodeCharacter(u, p, end); }
 
 char* utf16_to_utf8(const unsigned short* src, const unsigned short* srcEnd, char* dst,
                     const char* dstEnd) {
-  if (!src) return dst;
-  while (src < srcEnd && dst < dstEnd) dst = putch_utf8(*src++, dst, dstEnd);
-  return dst;
+  if (!src || src >= srcEnd || dst >= dstEnd) return dst;
+  return loops->encode(src, srcEnd, dst, dstEnd);
 }
 
 unsigned short* utf8_to_utf16(const char* src, const char* srcEnd, unsigned short* dst,
                               const unsigned short* dstEnd) {
-  if (!src) return dst;
-  while (src < srcEnd && dst < dstEnd) src = getch_utf8(*dst++, src, srcEnd);
-  return dst;
+  if (!src || src >= srcEnd || dst >= dstEnd) return dst;
+  return loops->decode(src, srcEnd, dst, dstEnd);
 }
 
-void strup_utf8(char* s, const char* end) { mapCase(s, end, chr_upper_table_utf16); }
+void strup_utf8(char* s, const char* end) { changeCase(s, end, cc::caseTables.upper); }
 
-void strlw_utf8(char* s, const char* end) { mapCase(s, end, chr_lower_table_utf16); }
+void strlw_utf8(char* s, const char* end) { changeCase(s, end, cc::caseTables.lower); }
 
 int strcmp_i_utf8(const char* a, const char* aEnd, const char* b, const char* bEnd) {
   if (!a) a = aEnd = empty_string;
