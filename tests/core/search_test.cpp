@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -111,7 +112,8 @@ TEST(SearchLoops, BadTextsTakeLinearTime) {
       EXPECT_EQ(nullptr, strfind(t.data(), sizeOf(t), p.data(), sizeOf(p)));
       EXPECT_EQ(nullptr, strfind_i_ascii(t.data(), sizeOf(t), upper.data(), sizeOf(upper)));
       const std::string with = row.text + row.pattern;
-      EXPECT_EQ(with.find(p), at(with, strfind(with.data(), sizeOf(with), p.data(), sizeOf(p))));
+      EXPECT_EQ(memmem(with.data(), with.size(), p.data(), p.size()),
+                strfind(with.data(), sizeOf(with), p.data(), sizeOf(p)));
     }
   });
 }
