@@ -16,11 +16,15 @@ import xml.etree.ElementTree
 
 ROOT = pathlib.Path(os.environ["CC_SOURCE_DIR"])
 DOCUMENTS = sorted((ROOT / "data").glob("*.xml"))
-COUNT = 39
-STAMP = 0xF196B6AA
-PLACEHOLDERS = {17: ["%d"], 21: ["%d", "%d"], 25: ["%s"], 28: ["%s"]}
-FOLLOWING = set(PLACEHOLDERS)  # each begins on a line of its own
-HEADING = 37
+# For each dictionary: how many messages, and the placeholders of those that have any.
+COUNTS = {"common_core": 39, "ccml": 12}
+PLACEHOLDERS = {
+    "common_core": {17: ["%d"], 21: ["%d", "%d"], 25: ["%s"], 28: ["%s"]},
+    "ccml": {0: ["%s", "%s"], 1: ["%s"], 2: ["%s"], 7: ["%d"], 10: ["%d"] * 4},
+}
+FOLLOWING = {("common_core", number) for number in (17, 21, 25, 28)}  # on a line of their own
+HEADING = ("common_core", 37)
+GIVEN_STAMPS = {"common_core": 0xF196B6AA}
 
 # What must not stand in a text of the language, beside what FORBIDDEN_EVERYWHERE lists.
 FORBIDDEN_EVERYWHERE = [r"  ", r"\t", r"\r", r"^ ", r" $", r"\.\.\.", r" \n", r"\n "]
@@ -37,63 +41,76 @@ PUNCTUATION = {
 problems = []
 
 
-def report(language, number, what):
-    problems.append(f"common_core.{language}.xml: message {number}: {what}")
+def stamp_of(name):
+    """The stamp that the document gives, or the FNV-1a hash of names and placeholders."""
+    if name in GIVEN_STAMPS:
+        return GIVEN_STAMPS[name]
+    lines = [name] + [f"{number}{''.join(PLACEHOLDERS[name].get(number, []))}".replace("%", "")
+                      for number in range(COUNTS[name])]
+    stamp = 0x811C9DC5
+    for byte in "".join(line + "\n" for line in lines).encode():
+        stamp = (stamp ^ byte) * 0x01000193 & 0xFFFFFFFF
+    return stamp
 
 
-def check_text(language, number, text):
+def check_text(name, language, number, text):
+    def report(what):
+        problems.append(f"{name}.{language}.xml: message {number}: {what}")
+
     body = text
-    if number in FOLLOWING:
+    if (name, number) in FOLLOWING:
         if not text.startswith("\n"):
-            report(language, number, "does not begin with a line break")
+            report("does not begin with a line break")
         body = text.removeprefix("\n")
-    elif number == HEADING:
+    elif (name, number) == HEADING:
         if not text.endswith(".\n"):
-            report(language, number, "does not end with a full stop and a line break")
+            report("does not end with a full stop and a line break")
         body = text.removesuffix("\n")
     elif not text.endswith("."):
-        report(language, number, "does not end with a full stop")
+        report("does not end with a full stop")
     if "\n" in body:
-        report(language, number, "has a line break inside")
+        report("has a line break inside")
     if not body[:1].isupper() and not body.startswith(("\"&", "„&", "«")):
-        report(language, number, "does not begin like a sentence")
-    if re.findall(r"%.?", text) != PLACEHOLDERS.get(number, []):
-        report(language, number, "has other placeholders")
+        report("does not begin like a sentence")
+    if re.findall(r"%.?", text) != PLACEHOLDERS[name].get(number, []):
+        report("has other placeholders")
     # Entities, attributes and the quote that a text shows are no prose.
     prose = re.sub(r"&(amp|lt|gt|quot|apos);", "&", text)
     prose = re.sub(r"\w+=\"\w+\"|\(\"\)", "", prose)
     for pattern in FORBIDDEN_EVERYWHERE:
         if re.search(pattern, body):
-            report(language, number, f"holds {pattern!r}")
+            report(f"holds {pattern!r}")
     if language in PUNCTUATION and re.search(PUNCTUATION[language], prose):
-        report(language, number, "lacks a no-break space before a punctuation mark")
+        report("lacks a no-break space before a punctuation mark")
     if language in QUOTES:
         opening, closing, wrong = QUOTES[language]
         if prose.count(opening) != prose.count(closing):
-            report(language, number, "has unbalanced quotation marks")
+            report("has unbalanced quotation marks")
         if re.search(wrong, prose):
-            report(language, number, "has quotation marks of another language")
+            report("has quotation marks of another language")
 
 
 def check_document(path):
     name, language, _ = path.name.split(".")
     root = xml.etree.ElementTree.parse(path).getroot()
-    expected = {"name": name, "language": language, "stamp": f"{STAMP:08x}"}
+    expected = {"name": name, "language": language}
+    if name in GIVEN_STAMPS:
+        expected["stamp"] = f"{GIVEN_STAMPS[name]:08x}"
     if root.attrib != expected or root.tag != "dictionary":
         problems.append(f"{path.name}: the root is {root.tag} {root.attrib}")
     texts = [message.text for message in root]
     numbers = [int(message.get("number")) for message in root]
-    if numbers != list(range(COUNT)):
+    if numbers != list(range(COUNTS[name])):
         problems.append(f"{path.name}: the numbers are {numbers}")
     for number, text in zip(numbers, texts):
-        check_text(language, number, text)
+        check_text(name, language, number, text)
         if language == "eng" and not root[number].get("note"):
-            report(language, number, "has no note for translators")
+            problems.append(f"{path.name}: message {number}: has no note for translators")
     if language != "eng":
         reference = xml.etree.ElementTree.parse(path.with_name(f"{name}.eng.xml")).getroot()
         for number, text in zip(numbers, texts):
             if text == reference[number].text:
-                report(language, number, "is not translated")
+                problems.append(f"{path.name}: message {number}: is not translated")
     return texts
 
 
@@ -107,13 +124,14 @@ def check_compiled(path, texts, folder):
         for text in texts:
             offsets.append(len(pool))
             pool += text.encode() + b"\0"
-        words = [0, 0x524C434C, 1, 8, STAMP, COUNT, len(pool), *offsets]
+        name = path.name.split(".")[0]
+        words = [0, 0x524C434C, 1, 8, stamp_of(name), COUNTS[name], len(pool), *offsets]
         mark = "<" if order == "little" else ">"
         if output.read_bytes() != struct.pack(f"{mark}{len(words)}I", *words) + pool:
             problems.append(f"{path.name}: compiled to other bytes ({order})")
 
 
-if len(DOCUMENTS) < 5:
+if len(DOCUMENTS) < 5 * len(COUNTS):
     problems.append(f"only {len(DOCUMENTS)} documents in data/")
 with tempfile.TemporaryDirectory() as temporary:
     for document in DOCUMENTS:

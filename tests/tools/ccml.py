@@ -107,7 +107,7 @@ def check_output():
         expect(f"{options} {environment}", start, result.stdout.decode()[: len(start)])
         expect(f"code of {options}", 1, result.returncode)
     for language, words in [("eng", "Documents: 2"), ("deu", "Dokumente: 2"),
-                            ("fra", "Documents : 2"), ("spa", "Documentos: 2"),
+                            ("fra", "Documents\u00a0: 2"), ("spa", "Documentos: 2"),
                             ("rus", "Документов: 2")]:
         result = run("check", "--summary", "--lang", language, "-", "bad.xml", input=b"<a/>")
         expect(f"summary in {language}", words, result.stdout.decode().splitlines()[-1][: len(words)])
