@@ -179,7 +179,7 @@ class COMMON_CORE_API MLDoc {
   ChArr name;                 ///< the document's name in messages; kept by `release`
 
  private:
-  bool anyAttribute(const Token& token, Attribute& attribute);
+  COMMON_CORE_HIDDEN bool anyAttribute(const Token& token, Attribute& attribute);
 };
 
 /// A streaming writer of markup documents to a file, a bag, or both.

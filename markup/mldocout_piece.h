@@ -6,7 +6,7 @@
 
 #include "mlproc.h"
 
-class __attribute__((visibility("hidden"))) MLDocOut::Piece {
+class COMMON_CORE_HIDDEN MLDocOut::Piece {
  public:
   explicit Piece(MLDocOut& target) : out(target) {}
   Piece(const Piece&) = delete;
