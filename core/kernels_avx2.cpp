@@ -10,7 +10,7 @@ namespace cc::kernels::avx2 {
 using Block = Avx2Block;
 #include "core/kernels_loops.h"
 
-#include CC_WIDE_CONVERSIONS
+#include CC_AVX2_CONVERSIONS
 
 #include "core/kernels_convert.h"
 }  // namespace cc::kernels::avx2

@@ -10,7 +10,7 @@ namespace cc::kernels::avx512 {
 using Block = Avx512Block;
 #include "core/kernels_loops.h"
 
-#include CC_WIDE_CONVERSIONS
+#include CC_AVX512_CONVERSIONS
 
 #include "core/kernels_convert.h"
 }  // namespace cc::kernels::avx512

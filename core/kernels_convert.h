@@ -21,8 +21,21 @@ inline Piece pieceAt(const char* p, const char* end) {
   return {valid, stop - valid <= malformedStep ? stop : valid + malformedStep};
 }
 
+// The front of the text, as far as it is ASCII.
+inline void decodeAscii(const char*& src, const char* srcEnd, unsigned short*& dst,
+                        const unsigned short* dstEnd) {
+  constexpr std::ptrdiff_t n = blockSize;
+  while (srcEnd - src >= n && dstEnd - dst >= n && Block::isAscii(loadAt(src))) {
+    Block::store(dst, Block::widened(src));
+    Block::store(dst + n / 2, Block::widened(src + n / 2));
+    src += n;
+    dst += n;
+  }
+}
+
 inline unsigned short* decode(const char* src, const char* srcEnd, unsigned short* dst,
                               const unsigned short* dstEnd) {
+  decodeAscii(src, srcEnd, dst, dstEnd);
   while (src < srcEnd && dst != dstEnd) {
     const Piece piece = pieceAt(src, srcEnd);
     decodeValid(src, piece.valid, dst, dstEnd);

@@ -4,9 +4,8 @@
 // Decoding takes eight bytes of valid text at a time. A bit for each byte that ends a character
 // picks the shuffles that bring the last byte of every character, the one before it and the one
 // before that to the unit that they make. Encoding lays out the most bytes that each unit may need
-// and then closes the gaps. Both write whole registers: what they write too much is overwritten by
-// what follows, so they stop where too little does, and the rest goes through a buffer of their
-// own.
+// and then closes the gaps. Whole registers are written where enough follows to overwrite what is
+// too much of them, and parts of registers towards the end.
 
 inline __m128i loadHalf(const char* p) {
   return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p));
@@ -16,17 +15,19 @@ inline __m128i load16(const void* p) { return _mm_loadu_si128(static_cast<const 
 
 inline void store16(void* p, __m128i v) { _mm_storeu_si128(static_cast<__m128i*>(p), v); }
 
-// `n` <= 64 bytes to the front of 64 zeros.
-inline void copyUpTo64(char* to, const char* from, std::size_t n) {
-  if (n < 32) {
-    Avx2Block::store(to, Avx2Block::loadPart(from, n));
-    return;
-  }
-  Avx2Block::store(to, Avx2Block::load(from));
-  if (n == 64) {
-    Avx2Block::store(to + 32, Avx2Block::load(from + 32));
+// The first `n` <= 16 bytes of `v`.
+inline void storePart(void* p, __m128i v, std::size_t n) {
+  char* const to = static_cast<char*>(p);
+  alignas(16) char bytes[16];
+  store16(bytes, v);
+  if (n >= 8) {
+    storeAs(to, loadAs<std::uint64_t>(bytes));
+    storeAs(to + n - 8, loadAs<std::uint64_t>(bytes + n - 8));
+  } else if (n >= 4) {
+    storeAs(to, loadAs<std::uint32_t>(bytes));
+    storeAs(to + n - 4, loadAs<std::uint32_t>(bytes + n - 4));
   } else {
-    Avx2Block::store(to + 32, Avx2Block::loadPart(from + 32, n - 32));
+    for (std::size_t i = 0; i < n; ++i) to[i] = bytes[i];
   }
 }
 
@@ -55,76 +56,125 @@ inline __m128i unitsOfThrees(const char* p) {
                  lowQuarters(_mm256_shuffle_epi8(v, far)));
 }
 
-// Decodes the whole characters among the 32 bytes at `p`, without the last, and returns how many
-// bytes they take. Writes up to seven units more than they make.
-inline std::size_t decode32(const char* p, std::uint32_t continuing, unsigned short*& dst) {
-  const std::uint32_t starts = ~continuing;
-  const std::size_t last = 31 - _lzcnt_u32(starts);
-  std::uint32_t ends = starts >> 1;
-  unsigned short* to = dst;
-  for (std::size_t at = 0; at < last;) {
-    constexpr std::uint32_t threes = 0x924924;  // the ends of eight characters of three bytes
-    if ((ends & 0xFFFFFF) == threes) {
-      store16(to, unitsOfThrees(p + at));
-      to += 8;
-      at += 24;
-      ends >>= 24;
-      continue;
-    }
-    const std::uint32_t pattern = ends & 0xFF;
-    const __m128i v = loadHalf(p + at);
-    const ShuffleTables& tables = shuffleTables;
-    const __m128i near = _mm_shuffle_epi8(v, load16(tables.decodeNear[pattern]));
-    const __m128i far = _mm_shuffle_epi8(v, load16(tables.decodeFar[pattern]));
-    store16(to, unitsOf(near, far));
-    to += _mm_popcnt_u32(pattern);
-    const unsigned int length = 32 - _lzcnt_u32(pattern);
-    at += length;
-    ends >>= length;
-  }
-  dst = to;
-  return last;
+// The units of the characters that end at the bits of `ends` among the eight bytes of `v`.
+inline __m128i unitsOfEight(__m128i v, unsigned int ends) {
+  return unitsOf(_mm_shuffle_epi8(v, load16(shuffleTables.decodeNear[ends])),
+                 _mm_shuffle_epi8(v, load16(shuffleTables.decodeFar[ends])));
 }
 
-// Decodes the valid text [p, stop), of which `spare` bytes at the end are only looked at: a
-// character less than one for every three of them may be overwritten.
-inline const char* decodeRun(const char* p, const char* stop, std::size_t spare,
-                             unsigned short*& dst, const unsigned short* dstEnd) {
-  while (sizeOf(p, stop) >= 32 + spare && dstEnd - dst >= 40) {
-    const __m256i v = Avx2Block::load(p);
-    if (Avx2Block::isAscii(v)) {
-      Avx2Block::store(dst, Avx2Block::widened(p));
-      Avx2Block::store(dst + 16, Avx2Block::widened(p + 16));
-      p += 32;
-      dst += 32;
+constexpr std::uint64_t threes = 0x924924;  // the ends of eight characters of three bytes
+
+// Walks over eight bytes of valid text at a time.
+struct Decoder {
+  const char* p;
+  unsigned short* to;
+  std::uint64_t ends;  // a bit for each byte from `p` on that ends a character
+
+  // Writes up to six units more than it makes.
+  void step(__m128i v) {
+    const unsigned int pattern = static_cast<unsigned int>(ends) & 0xFF;
+    store16(to, unitsOfEight(v, pattern));
+    to += _mm_popcnt_u32(pattern);
+    const unsigned int length = 32 - _lzcnt_u32(pattern);
+    p += length;
+    ends >>= length;
+  }
+
+  // Eight characters of three bytes each; 28 bytes are readable.
+  void stepThrees() {
+    store16(to, unitsOfThrees(p));
+    to += 8;
+    p += 24;
+    ends >>= 24;
+  }
+};
+
+// A bit for each of the 64 bytes at `p` that ends a character; 65 bytes are readable.
+inline std::uint64_t endsAt(const char* p) {
+  const std::uint64_t low = Avx2Block::mask(Avx2Block::continuations(Avx2Block::load(p + 1)));
+  const std::uint64_t high = Avx2Block::mask(Avx2Block::continuations(Avx2Block::load(p + 33)));
+  return ~(low | high << 32);
+}
+
+// The same for the last `n` <= 64 bytes of a text.
+inline std::uint64_t endsOfLast(const char* p, std::size_t n) {
+  const auto continuing = [](__m256i v) -> std::uint64_t {
+    return Avx2Block::mask(Avx2Block::continuations(v));
+  };
+  std::uint64_t starts = 0;
+  if (n > 32) {
+    starts =
+        ~(continuing(Avx2Block::load(p)) | continuing(Avx2Block::load(p + n - 32)) << (n - 32));
+  } else {
+    starts = ~continuing(n == 32 ? Avx2Block::load(p) : Avx2Block::loadPart(p, n));
+  }
+  const std::uint64_t last = std::uint64_t{1} << (n - 1);
+  return (starts & (last - 1 + last)) >> 1 | last;
+}
+
+// The eight bytes at `p`, zeros in place of those behind `end`; eight bytes before `end` are
+// readable.
+inline __m128i loadHalfBefore(const char* p, const char* end) {
+  const char* const from = p < end - 8 ? p : end - 8;
+  const std::uint64_t v = loadAs<std::uint64_t>(from) >> (8 * (p - from));
+  return _mm_set_epi64x(0, static_cast<long long>(v));
+}
+
+// Decodes `n` <= 64 bytes of valid text, at least 8, for which there is room. Nothing behind them
+// is read, and nothing behind their units written.
+inline unsigned short* decodeLast(Decoder decoder, std::size_t n) {
+  const char* const end = decoder.p + n;
+  unsigned short* const last = decoder.to + __builtin_popcountll(decoder.ends);
+  while (last - decoder.to >= 8) {
+    if ((decoder.ends & 0xFFFFFF) == threes && end - decoder.p >= 28) {
+      decoder.stepThrees();
     } else {
-      p += decode32(p, Avx2Block::mask(Avx2Block::continuations(v)), dst);
+      decoder.step(loadHalfBefore(decoder.p, end));
     }
   }
-  return p;
+  const std::size_t rest = static_cast<std::size_t>(last - decoder.to);
+  unsigned short units[16];
+  unsigned short* const to = decoder.to;
+  decoder.to = units;
+  while (decoder.p != end) decoder.step(loadHalfBefore(decoder.p, end));
+  storePart(to, load16(units), 2 * rest);
+  return last;
 }
 
 // Decodes the valid text [src, stop) as far as there is room.
 inline void decodeValid(const char*& src, const char* stop, unsigned short*& dst,
                         const unsigned short* dstEnd) {
-  src = decodeRun(src, stop, 24, dst, dstEnd);
-  while (src < stop && dst != dstEnd) {
-    constexpr std::size_t most = 64;
-    const std::size_t left = sizeOf(src, stop);
-    std::size_t n = left < most ? left : most;
-    while (n < left && continues(src[n])) --n;
-    char in[2 * most] = {};
-    unsigned short out[3 * most];
-    copyUpTo64(in, src, n);
-    // The zeros behind the text make a unit each.
-    unsigned short* to = out;
-    const char* reached = decodeRun(in, in + n + 31, 0, to, out + 3 * most);
-    const std::ptrdiff_t made = (to - out) - (reached - (in + n));
-    const std::ptrdiff_t fitting = made < dstEnd - dst ? made : dstEnd - dst;
-    std::memcpy(dst, out, static_cast<std::size_t>(fitting) * sizeof *out);
-    dst += fitting;
-    src += n;
+  Decoder decoder{src, dst, 0};
+  while (sizeOf(decoder.p, stop) >= 32 && dstEnd - decoder.to >= 32) {
+    const char* const p = decoder.p;
+    if (Avx2Block::isAscii(Avx2Block::load(p))) {
+      Avx2Block::store(decoder.to, Avx2Block::widened(p));
+      Avx2Block::store(decoder.to + 16, Avx2Block::widened(p + 16));
+      decoder.p += 32;
+      decoder.to += 32;
+      continue;
+    }
+    // Behind eight steps there are 24 bytes more at the least, for the units to follow.
+    if (sizeOf(p, stop) < 64 + 24 || dstEnd - decoder.to < 64 + 8) break;
+    decoder.ends = endsAt(p);
+    if ((decoder.ends & 0xFFFFFF) == threes) {
+      decoder.stepThrees();
+    } else {
+      for (int i = 0; i < 8; ++i) decoder.step(loadHalf(decoder.p));
+    }
   }
+  while (stop - decoder.p >= 8) {
+    const std::size_t left = sizeOf(decoder.p, stop);
+    std::size_t n = left < 64 ? left : 64;
+    while (n < left && continues(decoder.p[n])) --n;
+    decoder.ends = endsOfLast(decoder.p, n);
+    if (__builtin_popcountll(decoder.ends) > dstEnd - decoder.to) break;
+    decoder.to = decodeLast(decoder, n);
+    decoder.p += n;
+  }
+  src = decoder.p;
+  dst = decoder.to;
+  while (src < stop && dst != dstEnd) src = decodeCharacter(*dst++, src, stop);
 }
 
 // ------------------------------------------------------------------ units to UTF-8
@@ -135,14 +185,34 @@ inline __m128i atLeast(__m128i units, unsigned short least) {
   return _mm_cmpeq_epi16(_mm_max_epu16(units, v), units);
 }
 
-inline char* putThrees(char* to, __m128i leads, __m128i rest, unsigned int pattern) {
-  const __m128i spread = _mm_unpacklo_epi16(leads, rest);
-  store16(to, _mm_shuffle_epi8(spread, load16(shuffleTables.encodeThree[pattern])));
-  return to + 4 + _mm_popcnt_u32(pattern);
+// Writes encoded bytes, whole registers at a time.
+struct WholeWriter {
+  char* to;
+  void put(__m128i v, std::size_t n) {
+    store16(to, v);
+    to += n;
+  }
+};
+
+// Writes encoded bytes and nothing behind them, as far as there is room.
+struct ExactWriter {
+  char* to;
+  const char* end;
+  void put(__m128i v, std::size_t n) {
+    const std::size_t room = sizeOf(to, end);
+    const std::size_t fitting = n < room ? n : room;
+    storePart(to, v, fitting);
+    to += fitting;
+  }
+};
+
+inline std::size_t bitsIn(unsigned int pattern) {
+  return static_cast<std::size_t>(_mm_popcnt_u32(pattern));
 }
 
-// Encodes eight units; writes up to twelve bytes more than they make.
-inline char* encode8(__m128i units, char* to) {
+// Encodes the first `n` of eight units; those behind are zeros.
+template <class Writer>
+inline void encode8(__m128i units, std::size_t n, Writer& writer) {
   const __m128i wide = atLeast(units, 0x80);
   const __m128i wider = atLeast(units, 0x800);
   const __m128i six = _mm_set1_epi16(0x3F);
@@ -153,45 +223,48 @@ inline char* encode8(__m128i units, char* to) {
   if (_mm_testz_si128(wider, wider) != 0) {
     const unsigned int pattern =
         static_cast<unsigned int>(_mm_movemask_epi8(_mm_packs_epi16(wide, _mm_setzero_si128())));
-    store16(to, _mm_shuffle_epi8(two, load16(shuffleTables.encodeTwo[pattern])));
-    return to + 8 + _mm_popcnt_u32(pattern);
+    const __m128i shuffle = load16(shuffleTables.encodeTwo[pattern]);
+    writer.put(_mm_shuffle_epi8(two, shuffle), n + bitsIn(pattern));
+    return;
   }
   const __m128i rest = _mm_xor_si128(two, _mm_and_si128(wider, _mm_set1_epi16(0x40)));
   const __m128i leads = _mm_or_si128(_mm_srli_epi16(units, 12), _mm_set1_epi16(0xE0));
   const __m128i both = _mm_blendv_epi8(wide, wider, _mm_set1_epi16(-0x100));
   const unsigned int pattern = static_cast<unsigned int>(_mm_movemask_epi8(both));
-  to = putThrees(to, leads, rest, pattern & 0xFF);
-  return putThrees(to, _mm_unpackhi_epi64(leads, leads), _mm_unpackhi_epi64(rest, rest),
-                   pattern >> 8);
+  const unsigned int front = pattern & 0xFF;
+  const unsigned int back = pattern >> 8;
+  const std::size_t half = n < 4 ? n : 4;
+  const __m128i frontShuffle = load16(shuffleTables.encodeThree[front]);
+  const __m128i backShuffle = load16(shuffleTables.encodeThree[back]);
+  writer.put(_mm_shuffle_epi8(_mm_unpacklo_epi16(leads, rest), frontShuffle), half + bitsIn(front));
+  writer.put(_mm_shuffle_epi8(_mm_unpackhi_epi16(leads, rest), backShuffle),
+             n - half + bitsIn(back));
 }
 
 inline char* encode(const unsigned short* src, const unsigned short* srcEnd, char* dst,
                     const char* dstEnd) {
-  while (srcEnd - src >= 32 && dstEnd - dst >= 64) {
+  // Each unit that follows makes a byte at the least, so twelve overwrite what is too much.
+  WholeWriter whole{dst};
+  while (srcEnd - src >= 16 && dstEnd - whole.to >= 16) {
     const __m256i v = Avx2Block::load(src);
     if (_mm256_testz_si256(v, _mm256_set1_epi16(-0x80)) != 0) {
-      Avx2Block::storeNarrowed(dst, v);
-      dst += 16;
+      Avx2Block::storeNarrowed(whole.to, v);
+      whole.to += 16;
+      src += 16;
+    } else if (srcEnd - src >= 16 + 12 && dstEnd - whole.to >= 48 + 12) {
+      encode8(_mm256_castsi256_si128(v), 8, whole);
+      encode8(_mm256_extracti128_si256(v, 1), 8, whole);
+      src += 16;
     } else {
-      dst = encode8(_mm256_castsi256_si128(v), dst);
-      dst = encode8(_mm256_extracti128_si256(v, 1), dst);
+      break;
     }
-    src += 16;
   }
-  while (src < srcEnd && dst != dstEnd) {
-    constexpr std::ptrdiff_t most = 32;
-    const std::ptrdiff_t n = srcEnd - src < most ? srcEnd - src : most;
-    char in[2 * most] = {};
-    char out[3 * most + 16];
-    copyUpTo64(in, reinterpret_cast<const char*>(src), 2 * static_cast<std::size_t>(n));
-    char* to = out;
-    std::ptrdiff_t taken = 0;
-    for (; taken < n; taken += 8) to = encode8(load16(in + 2 * taken), to);
-    const std::ptrdiff_t made = (to - out) - (taken - n);  // without the zeros, a byte each
-    const std::ptrdiff_t fitting = made < dstEnd - dst ? made : dstEnd - dst;
-    std::memcpy(dst, out, static_cast<std::size_t>(fitting));
-    dst += fitting;
+  ExactWriter exact{whole.to, dstEnd};
+  while (src < srcEnd && exact.to != dstEnd) {
+    const std::size_t n = srcEnd - src < 8 ? static_cast<std::size_t>(srcEnd - src) : 8;
+    const char* const bytes = reinterpret_cast<const char*>(src);
+    encode8(n == 8 ? load16(src) : Sse2Block::loadPart(bytes, 2 * n), n, exact);
     src += n;
   }
-  return dst;
+  return exact.to;
 }

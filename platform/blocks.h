@@ -3,7 +3,7 @@
 // A block is a machine word (`PlainBlock`, the portable form, which every target has) or a vector
 // register. All kinds have the same operations, described at the portable form, so each loop is
 // written once and compiled once per kind. Intrinsics stand here and, for what only the wide kinds
-// can do, in core/kernels_shuffles.h.
+// can do, in core/kernels_shuffles.h and core/kernels_compress.h.
 //
 // Operations that look for something give marks, one per byte; a mask is the marks as a number.
 // Where a processor has no marks of its own they are a block in whose bytes the top bit counts.
@@ -37,15 +37,20 @@
 #endif
 
 // The conversions that go with the wide blocks.
-#if CC_HAS_VECTORS
-#define CC_WIDE_CONVERSIONS "core/kernels_shuffles.h"
+#if defined(__x86_64__)
+#define CC_AVX2_CONVERSIONS "core/kernels_shuffles.h"
+#define CC_AVX512_CONVERSIONS "core/kernels_compress.h"
+#elif CC_HAS_VECTORS
+#define CC_AVX2_CONVERSIONS "core/kernels_shuffles.h"
+#define CC_AVX512_CONVERSIONS "core/kernels_shuffles.h"
 #else
-#define CC_WIDE_CONVERSIONS "core/kernels_runs.h"
+#define CC_AVX2_CONVERSIONS "core/kernels_runs.h"
+#define CC_AVX512_CONVERSIONS "core/kernels_runs.h"
 #endif
 
 #define CC_SSE2 "sse2"
 #define CC_AVX2 "avx2,bmi,bmi2,lzcnt,popcnt"
-#define CC_AVX512 "avx2,bmi,bmi2,lzcnt,popcnt,avx512f,avx512bw,avx512vl,avx512dq"
+#define CC_AVX512 "avx2,bmi,bmi2,lzcnt,popcnt,avx512f,avx512bw,avx512vl,avx512dq,avx512vbmi2"
 
 namespace cc::kernels {
 
