@@ -19,10 +19,4 @@ inline constexpr auto entityOfByte = [] {
 
 inline std::string_view entityOf(char c) { return entityOfByte[static_cast<unsigned char>(c)]; }
 
-// The first byte that needs an entity, or `end`.
-inline const char* findEscapable(const char* p, const char* end) {
-  while (p != end && entityOf(*p).empty()) ++p;
-  return p;
-}
-
 }  // namespace cc

@@ -10,9 +10,36 @@
 #include <new>
 
 #include "core/formatted_text.h"
+#include "core/kernels.h"
 #include "markup/escape.h"
 #include "markup/mldocout_piece.h"
 #include "mlproc.h"
+
+namespace {
+
+unsigned long long escapedLength(const char* begin, const char* end) {
+  unsigned long long length = static_cast<unsigned long long>(end - begin);
+  const char* p = cc::kernels::findEscapable(begin, end);
+  while (p != end) {
+    length += cc::entityOf(*p).size() - 1;
+    p = cc::kernels::findEscapable(p + 1, end);
+  }
+  return length;
+}
+
+// Writes the escaped bytes; returns the end.
+char* escape(const char* begin, const char* end, char* to) {
+  while (true) {
+    const char* const stop = cc::kernels::findEscapable(begin, end);
+    to = std::copy(begin, stop, to);
+    if (stop == end) return to;
+    const std::string_view entity = cc::entityOf(*stop);
+    to = std::copy(entity.begin(), entity.end(), to);
+    begin = stop + 1;
+  }
+}
+
+}  // namespace
 
 MLDocOut::MLDocOut() : file(true) {}
 
@@ -82,23 +109,11 @@ void MLDocOut::writeEscaped(const char* text) {
 }
 
 void MLDocOut::escapeString(const ChPair& source, ChArr& out) {
-  unsigned long long length = 0;
-  for (const char* p = source.begin; p != source.end; ++p) {
-    length += std::max<std::size_t>(1, cc::entityOf(*p).size());
-  }
-  if (length == 0) return out.adopt(nullptr);
+  if (source.isEmpty()) return out.adopt(nullptr);
+  const unsigned long long length = escapedLength(source.begin, source.end);
   if (length >= PTRDIFF_MAX) throw std::bad_alloc();
   char* const escaped = new char[static_cast<std::size_t>(length) + 1];
-  char* to = escaped;
-  for (const char* p = source.begin; p != source.end; ++p) {
-    const std::string_view entity = cc::entityOf(*p);
-    if (entity.empty()) {
-      *to++ = *p;
-    } else {
-      to = std::copy(entity.begin(), entity.end(), to);
-    }
-  }
-  *to = 0;
+  *escape(source.begin, source.end, escaped) = 0;
   out.adopt(escaped);
 }
 

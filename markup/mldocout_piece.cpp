@@ -6,17 +6,14 @@
 #include <climits>
 #include <cstring>
 
+#include "core/kernels.h"
 #include "markup/escape.h"
 
-void MLDocOut::Piece::add(std::string_view text) {
+void MLDocOut::Piece::addAnyway(std::string_view text) {
   text = text.substr(0, left);
-  if (left != SIZE_MAX) left -= text.size();
   if (text.size() > sizeof bytes - used) flush();
-  if (text.size() <= sizeof bytes - used) {
-    std::copy(text.begin(), text.end(), bytes + used);
-    used += text.size();
-    return;
-  }
+  if (text.size() <= sizeof bytes) return add(text);
+  left -= text.size();
   while (!text.empty()) {
     const std::size_t n = std::min<std::size_t>(text.size(), INT_MAX);
     out.write(text.data(), static_cast<int>(n));
@@ -26,7 +23,7 @@ void MLDocOut::Piece::add(std::string_view text) {
 
 void MLDocOut::Piece::addEscaped(const char* begin, const char* end) {
   while (begin != end) {
-    const char* const stop = cc::findEscapable(begin, end);
+    const char* const stop = cc::kernels::findEscapable(begin, end);
     add(std::string_view(begin, static_cast<std::size_t>(stop - begin)));
     if (stop == end) break;
     add(cc::entityOf(*stop));

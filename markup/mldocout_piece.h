@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 
 #include "mlproc.h"
@@ -12,7 +13,12 @@ class COMMON_CORE_HIDDEN MLDocOut::Piece {
   Piece(const Piece&) = delete;
   Piece& operator=(const Piece&) = delete;
 
-  void add(std::string_view text);
+  void add(std::string_view text) {
+    if (text.size() > left || text.size() > sizeof bytes - used) return addAnyway(text);
+    std::memcpy(bytes + used, text.data(), text.size());
+    used += text.size();
+    left -= text.size();
+  }
   void add(const char* text) {
     if (text) add(std::string_view(text));
   }
@@ -22,7 +28,7 @@ class COMMON_CORE_HIDDEN MLDocOut::Piece {
   void addIndent();
   // Between these two, at most as many bytes are added as one formatting call puts out.
   void startCut() { left = 4095; }
-  void endCut() { left = SIZE_MAX; }
+  void endCut() { left = NoCut; }
   // Adds what stands before an attribute, its name and the opening quote, and leaves the cut open,
   // so that it also counts what follows.
   void beginAttribute(const char* name);
@@ -32,8 +38,13 @@ class COMMON_CORE_HIDDEN MLDocOut::Piece {
   void flush();
 
  private:
+  static constexpr std::size_t NoCut = SIZE_MAX;
+
+  // Cuts a text, and makes room for it or writes it by itself.
+  void addAnyway(std::string_view text);
+
   MLDocOut& out;
-  std::size_t left = SIZE_MAX;
+  std::size_t left = NoCut;  // without a cut never used up
   std::size_t used = 0;
   char bytes[1024];
 };
