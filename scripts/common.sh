@@ -10,15 +10,18 @@ say() {
   printf '== %s\n' "$*"
 }
 
-# Configures and builds a preset of CMakePresets.json; a second call finds nothing to do.
+# Configures and builds a preset of CMakePresets.json, or only some targets of it; a second call
+# finds nothing to do.
 build_preset() {
-  say "Configuring $1"
-  cmake --preset "$1" >"$ROOT/build/$1.configure.log" 2>&1 || {
-    cat "$ROOT/build/$1.configure.log"
+  local preset="$1"
+  shift
+  say "Configuring $preset"
+  cmake --preset "$preset" >"$ROOT/build/$preset.configure.log" 2>&1 || {
+    cat "$ROOT/build/$preset.configure.log"
     return 1
   }
-  say "Building $1"
-  cmake --build --preset "$1" -j "$JOBS"
+  say "Building $preset"
+  cmake --build --preset "$preset" -j "$JOBS" ${1:+--target "$@"}
 }
 
 mkdir -p build

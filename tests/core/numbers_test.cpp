@@ -272,9 +272,10 @@ TEST(Numbers, Fields) {
     EXPECT_EQ(row.value, value) << row.text;
     EXPECT_EQ(memory.begin() + row.position, p) << row.text;
   }
-  const char* p = "12";
+  const char text[] = "12";
+  const char* p = text + 1;
   unsigned int value = 77;
-  EXPECT_TRUE(strtonumber(p, p - 1, value, 3, '.'));
+  EXPECT_TRUE(strtonumber(p, text, value, 3, '.'));
   EXPECT_EQ(0U, value);
 }
 
