@@ -232,7 +232,8 @@ TEST(Numbers, RangesOfRandomDigits) {
     if (narrow) {
       ASSERT_EQ(negative ? -number : number, *narrow);
     }
-    const std::size_t place = negative + random() % (text.size() - negative);
+    const auto place =
+        static_cast<std::size_t>(negative + random() % (text.size() - (negative ? 1 : 0)));
     char wrong = static_cast<char>(random() % 256);
     if (wrong >= '0' && wrong <= '9') wrong = '-';
     if (place == 0 && (wrong == '-' || wrong == '+')) continue;
