@@ -63,8 +63,8 @@ class COMMON_CORE_API MLDoc {
     /// it. Throws error 7, placed at the parent's start tag, when the text ends inside the parent,
     /// and the errors of `step`.
     bool operator()();
-    /// The same for the next direct child called `name`, byte for byte.
-    bool operator()(const ChPair& name);
+    /// The same for the next direct child called `wanted`, byte for byte.
+    bool operator()(const ChPair& wanted);
 
    private:
     int level;           // depth inside the parent; -1 when finished
@@ -83,9 +83,9 @@ class COMMON_CORE_API MLDoc {
     AttributeIterator& operator=(const AttributeIterator&) = delete;
     /// Positions the document just past the tag.
     ~AttributeIterator();
-    /// Reads attributes until one is called `name`, byte for byte: true, and `attribute` holds it.
-    /// False when none is left. Throws the errors of `MLDoc::attribute`.
-    bool operator()(Attribute& attribute, const ChPair& name);
+    /// Reads attributes until one is called `wanted`, byte for byte: true, and `attribute` holds
+    /// it. False when none is left. Throws the errors of `MLDoc::attribute`.
+    bool operator()(Attribute& attribute, const ChPair& wanted);
 
    private:
     MLDoc* doc;

@@ -45,9 +45,9 @@ bool MLDoc::ChildIterator::operator()() {
   }
 }
 
-bool MLDoc::ChildIterator::operator()(const ChPair& name) {
+bool MLDoc::ChildIterator::operator()(const ChPair& wanted) {
   while ((*this)()) {
-    if (isCalled(token->name, name)) return true;
+    if (isCalled(token->name, wanted)) return true;
   }
   return false;
 }
@@ -61,9 +61,9 @@ MLDoc::AttributeIterator::~AttributeIterator() {
   doc->position = cc::offsetInText(doc->text, doc->textSize, token->tag.end, doc->position);
 }
 
-bool MLDoc::AttributeIterator::operator()(Attribute& attribute, const ChPair& name) {
+bool MLDoc::AttributeIterator::operator()(Attribute& attribute, const ChPair& wanted) {
   while (doc->attribute(*token, attribute)) {
-    if (isCalled(attribute.name, name)) return true;
+    if (isCalled(attribute.name, wanted)) return true;
   }
   return false;
 }

@@ -16,7 +16,6 @@ namespace {
 using cc::test::failure;
 using cc::test::OpenDoc;
 using cc::test::putFile;
-using cc::test::str;
 using cc::test::TempFolder;
 using cc::test::thrownBy;
 

@@ -27,6 +27,8 @@ using cc::test::thrownBy;
 const PairTag rights[] = {{"r", 1}, {"w", 2}, {"x", 4}, {nullptr, 0}};
 const PairTag overlapping[] = {{"none", 0}, {"rw", 3}, {"w<", 2}, {"top", INT_MIN}, {nullptr, 0}};
 
+const char letters[] = "abc";
+
 using Script = std::function<void(MLDocOut&)>;
 
 // What a script writes to a bag.
@@ -92,7 +94,7 @@ TEST(Writer, Attributes) {
       {" s=\"\"", [](MLDocOut& out) { out.writeStrAttr("s", nullptr, false); }},
       {" s=\"&quot;&apos;&amp;&lt;&gt;\n\xC3\"",
        [](MLDocOut& out) { out.writeStrAttr("s", "\"'&<>\n\xC3", true); }},
-      {" s=\"b\"", [](MLDocOut& out) { out.writePairAttr("s", ChPair("abc" + 1, "abc" + 2)); }},
+      {" s=\"b\"", [](MLDocOut& out) { out.writePairAttr("s", ChPair(letters + 1, letters + 2)); }},
       {" s=\"\"", [](MLDocOut& out) { out.writePairAttr("s", ChPair()); }},
       // Tables.
       {" e=\"w\"", [](MLDocOut& out) { out.writeEnumAttr("e", 2, rights); }},
@@ -213,8 +215,9 @@ TEST(Writer, DatesAsTheCLibraryHasThem) {
     check(static_cast<long>(random()) >> narrower);
   }
   // Every day of 500 years, and the limits.
-  for (long day = -91000; day < 91000 && day < LONG_MAX / 86400; ++day) {
-    if (day > LONG_MIN / 86400) check(day * 86400 - (day & 1));
+  for (long long day = -91000; day < 91000; ++day) {
+    const long long time = day * 86400 - (day & 1);
+    if (time == static_cast<long>(time)) check(static_cast<long>(time));
   }
   for (const long time : {LONG_MIN, LONG_MIN + 1, LONG_MAX, LONG_MAX - 1}) check(time);
   // The first and the last time with a date, and negative years.
