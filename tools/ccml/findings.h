@@ -38,7 +38,7 @@ class Printer {
   int exitCode() const;
 
  private:
-  void finding(const std::string& path, const Place* place, const Finding& finding);
+  void finding(const std::string& path, const Place* place, const Finding& found);
   void openDocument(const std::string& path, bool readable);
 
   Format form;
