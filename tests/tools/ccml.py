@@ -174,7 +174,8 @@ def check_format():
         put("refused.xml", content)
         result = run("format", "-i", "refused.xml")
         expect(f"refused {content}", (1, content.encode()), (result.returncode, get("refused.xml")))
-        expect(f"output for {content}", b"refused.xml:", run("format", "refused.xml").stdout[:12])
+        result = run("format", "refused.xml")
+        expect(f"output for {content}", (b"", b"refused.xml:"), (result.stdout, result.stderr[:12]))
 
 
 def check_outline_and_query():
@@ -188,6 +189,13 @@ def check_outline_and_query():
             [child["name"] for child in tree[0]["elements"][0]["children"]],
             tree[0]["elements"][0]["children"][0]["attributes"]])
     expect("outlines", 2, len(tree))
+    put("broken.xml", "<r><></r>")
+    result = run("outline", "--format=json", "none.xml", "broken.xml", "u.xml")
+    tree = json.loads(result.stdout)
+    expect("outlines of failures", [("broken.xml", None), ("u.xml", 1)],
+           [(one["name"], one["elements"] and len(one["elements"])) for one in tree])
+    expect("failures of outline", [b"none.xml", b"broken.xml"],
+           [line.split(b":")[0] for line in result.stderr.splitlines()])
     for path, files, code, output in [
         ("r/a/@x", ["t.xml"], 0, "1&\n3\n"), ("/r/a", ["t.xml"], 0, "\ntext <\n"),
         ("r/*/a", ["t.xml"], 0, "<a>in<i/></a>\n"), ("*/a/@y", ["t.xml"], 0, "2\n"),

@@ -51,7 +51,9 @@ std::size_t characterSize(std::string_view text, std::size_t i) {
 
 }  // namespace
 
-void print(std::string_view text) { utf8printf_s(stdout, text.data(), text.data() + text.size()); }
+void print(std::string_view text, FILE* stream) {
+  utf8printf_s(stream, text.data(), text.data() + text.size());
+}
 
 std::string jsonString(std::string_view text) {
   std::string out = "\"";
@@ -77,9 +79,10 @@ void Printer::openDocument(const std::string& path, bool readable) {
   ++documents;
   firstFinding = true;
   if (form == Format::Json) {
-    print(documents == 1 ? "{\"documents\":[\n" : ",\n");
+    print(documents == 1 ? "{\"documents\":[\n" : ",\n", stream);
     print("{\"name\":" + jsonString(path) + ",\"readable\":" + (readable ? "true" : "false") +
-          ",\"findings\":[");
+              ",\"findings\":[",
+          stream);
   }
 }
 
@@ -104,7 +107,7 @@ void Printer::finding(const std::string& path, const Place* place, const Finding
             ",\"number\":" + std::to_string(number) + ",\"text\":" + jsonString(text) + "}";
   }
   firstFinding = false;
-  print(line);
+  print(line, stream);
 }
 
 void Printer::document(const std::string& path, const Document& read, Findings& findings) {
@@ -117,7 +120,7 @@ void Printer::document(const std::string& path, const Document& read, Findings& 
     finding(path, &place, found);
   }
   if (!findings.empty()) ++withFindings;
-  if (form == Format::Json) print("]}");
+  if (form == Format::Json) print("]}", stream);
 }
 
 void Printer::unreadable(const std::string& path, const TTT& failure) {
@@ -125,20 +128,21 @@ void Printer::unreadable(const std::string& path, const TTT& failure) {
   finding(path, nullptr, {0, Severity::Error, failure});
   ++unreadables;
   ++withFindings;
-  if (form == Format::Json) print("]}");
+  if (form == Format::Json) print("]}", stream);
 }
 
 void Printer::finish(bool summary) {
   if (form == Format::Json) {
-    print(documents == 0 ? "{\"documents\":[" : "");
-    print("],\n\"summary\":{\"documents\":" + std::to_string(documents) +
-          ",\"withFindings\":" + std::to_string(withFindings) +
-          ",\"errors\":" + std::to_string(errors) + ",\"warnings\":" + std::to_string(warnings) +
-          ",\"unreadable\":" + std::to_string(unreadables) + "}}\n");
+    print(documents == 0 ? "{\"documents\":[" : "", stream);
+    print("],\n\"summary\":{\"documents\":" + std::to_string(documents) + ",\"withFindings\":" +
+              std::to_string(withFindings) + ",\"errors\":" + std::to_string(errors) +
+              ",\"warnings\":" + std::to_string(warnings) +
+              ",\"unreadable\":" + std::to_string(unreadables) + "}}\n",
+          stream);
   } else if (summary) {
     TTT message = own(MsgSummary);
     message << documents << withFindings << errors << warnings;
-    print(textOf(message) + "\n");
+    print(textOf(message) + "\n", stream);
   }
 }
 

@@ -1,6 +1,7 @@
 // What is wrong with documents, and how it is printed: as lines, or as JSON for machines.
 #pragma once
 
+#include <cstdio>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,10 +23,11 @@ struct Finding {
 // The findings of one document, in any order.
 using Findings = std::vector<Finding>;
 
-// Prints findings document by document, and counts them.
+// Prints findings document by document, and counts them: to the standard output where they are what
+// was asked for, else to the error stream, beside the result.
 class Printer {
  public:
-  explicit Printer(Format format) : form(format) {}
+  explicit Printer(Format format, FILE* to = stdout) : form(format), stream(to) {}
 
   // Prints the findings of a document that was read, in the order of their places.
   void document(const std::string& path, const Document& read, Findings& findings);
@@ -42,6 +44,7 @@ class Printer {
   void openDocument(const std::string& path, bool readable);
 
   Format form;
+  FILE* stream;
   int documents = 0;
   int withFindings = 0;
   int errors = 0;
@@ -53,7 +56,7 @@ class Printer {
 // `text` as a JSON string, quotes included. Bytes that are no UTF-8 become U+FFFD.
 std::string jsonString(std::string_view text);
 
-// Prints bytes to the standard output.
-void print(std::string_view text);
+// Prints bytes.
+void print(std::string_view text, FILE* stream = stdout);
 
 }  // namespace ccml

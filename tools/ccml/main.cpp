@@ -50,6 +50,9 @@ input.
       Prints what stands at a path such as mime-type/glob/@pattern: the values of
       an attribute, the texts of an element, or its markup; "*" is any element.
 
+Findings of check are its output; those of the other commands go to the error
+stream.
+
   --lang LNG  the language of messages: eng, deu, fra, spa, rus; without it the
               language of the environment
   --help      prints this text
@@ -117,7 +120,7 @@ int runCheck(const CommandLine& line, const Paths& paths, Format format) {
 }
 
 int runOutline(const CommandLine&, const Paths& paths, Format format) {
-  Printer printer(Format::Text);
+  Printer printer(Format::Text, stderr);
   bool first = true;
   for (const std::string& path : paths) {
     Document document;
@@ -147,7 +150,7 @@ int runQuery(const CommandLine&, const Paths& operands, Format) {
   if (!path.parse(wanted)) return usage("\"" + tools::printable(wanted) + "\" is no path.");
   const Paths paths(operands.begin() + 1, operands.end());
   if (paths.empty()) return usage("A file is missing.");
-  Printer printer(Format::Text);
+  Printer printer(Format::Text, stderr);
   bool found = false;
   for (const std::string& file : paths) {
     Document document;
@@ -189,7 +192,7 @@ int runFormat(const CommandLine& line, const Paths& paths, Format) {
       (!strtoint(indent.data(), indent.data() + indent.size(), layout.indentSize) ||
        layout.indentSize < 0 || layout.indentSize > widest))
     return usage("The indentation is 0 to 64 spaces.");
-  Printer printer(Format::Text);
+  Printer printer(Format::Text, stderr);
   for (const std::string& path : paths) {
     Document document;
     Findings findings;
