@@ -51,6 +51,24 @@ void findCaseless(kernels::CaseMap& map, const unsigned short* table) {
   }
 }
 
+void findExtras(CaseTables& tables) {
+  tables.extraCount = 0;
+  for (bool& may : tables.mayHaveExtras) may = false;
+  for (unsigned int u = 0; u < 65536; ++u) {
+    const std::uint16_t upper = chr_upper_table_utf16[u];
+    if (upper == u ||
+        (chr_lower_table_utf16[upper] == u && chr_upper_table_utf16[upper] == upper)) {
+      continue;
+    }
+    if (chr_upper_table_utf16[upper] != upper || tables.extraCount == CaseTables::mostExtras) {
+      tables.extraCount = -1;
+      return;
+    }
+    tables.extras[tables.extraCount++] = {upper, static_cast<std::uint16_t>(u)};
+    tables.mayHaveExtras[upper & 0xFF] = true;
+  }
+}
+
 }  // namespace
 
 constinit CaseTables caseTables;
@@ -65,6 +83,7 @@ void deriveCaseTables() {
   caseTables.lower = {'A', 'Z', 0, 0, caseTables.lowerPairs, chr_lower_table_utf16};
   findCaseless(caseTables.upper, chr_upper_table_utf16);
   findCaseless(caseTables.lower, chr_lower_table_utf16);
+  findExtras(caseTables);
 }
 
 }  // namespace cc

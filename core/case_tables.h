@@ -18,6 +18,18 @@ struct CaseTables {
   /// byte in the low half; its own bytes where the counterpart has another length.
   std::uint16_t upperPairs[2048] = {};
   std::uint16_t lowerPairs[2048] = {};
+  /// What the unit tables do not tell when asked for all units of one upper case: those that are
+  /// neither the upper case itself nor its lower case. `extraCount` is -1 where there are too many,
+  /// or where the upper case of an upper case is another.
+  struct Extra {
+    std::uint16_t upper;
+    std::uint16_t unit;
+  };
+  static constexpr int mostExtras = 128;
+  Extra extras[mostExtras] = {};
+  int extraCount = 0;
+  /// By the low byte of an upper case: whether there can be extras.
+  bool mayHaveExtras[256] = {};
   /// For the loops; of use where `plainAscii` says so.
   kernels::CaseMap upper = {};
   kernels::CaseMap lower = {};

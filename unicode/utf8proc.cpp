@@ -1,4 +1,4 @@
-// The UTF-8 and UTF-16 codec and its operations without regard to case.
+// The UTF-8 and UTF-16 codec: checking, counting, stepping, converting and case in place.
 //
 // Everything rests on one test: a byte whose top bits are 10 continues a character, every other
 // byte starts one.
@@ -30,12 +30,6 @@ void changeCase(char* s, const char* end, const CaseMap& map) {
     if (mapped != u && encodedLength(mapped) == length) encodeCharacter(mapped, s, end);
     s += length;
   }
-}
-
-// Start of the character that holds the byte at `p`, itself where that is a stray continuation.
-const char* characterAt(const char* begin, const char* p) {
-  const char* start = chrback_utf8(begin, p + 1);
-  return start < p && isAscii(*start) ? start + 1 : start;
 }
 
 }  // namespace
@@ -127,49 +121,3 @@ unsigned short* utf8_to_utf16(const char* src, const char* srcEnd, unsigned shor
 void strup_utf8(char* s, const char* end) { changeCase(s, end, cc::caseTables.upper); }
 
 void strlw_utf8(char* s, const char* end) { changeCase(s, end, cc::caseTables.lower); }
-
-int strcmp_i_utf8(const char* a, const char* aEnd, const char* b, const char* bEnd) {
-  if (!a) a = aEnd = empty_string;
-  if (!b) b = bEnd = empty_string;
-  const char* p = a;
-  const char* q = b;
-  while (p < aEnd && q < bEnd) {
-    if (*p == *q) {
-      ++p;
-      ++q;
-      continue;
-    }
-    unsigned short left = 0;
-    unsigned short right = 0;
-    if (isAscii(*p) && isAscii(*q)) {
-      left = chr_upper_table_ascii[static_cast<unsigned char>(*p++)];
-      right = chr_upper_table_ascii[static_cast<unsigned char>(*q++)];
-    } else {
-      p = getch_utf8(left, characterAt(a, p), aEnd);
-      q = getch_utf8(right, characterAt(b, q), bEnd);
-      left = chr_upper_table_utf16[left];
-      right = chr_upper_table_utf16[right];
-    }
-    if (left != right) return left > right ? 1 : -1;
-  }
-  return (p < aEnd ? 1 : 0) - (q < bEnd ? 1 : 0);
-}
-
-const char* strfind_i_utf8(const char* s, const char* sEnd, const char* pat, const char* patEnd) {
-  if (!pat || !s || pat >= patEnd || s >= sEnd) return sEnd;
-  if (sEnd - s < patEnd - pat) return nullptr;
-  unsigned short first = 0;
-  const char* rest = getch_utf8(first, pat, patEnd);
-  first = chr_upper_table_utf16[first];
-  const char* limit = sEnd - (patEnd - rest);
-  while (s < limit) {
-    unsigned short u = 0;
-    const char* next = getch_utf8(u, s, limit);
-    if (chr_upper_table_utf16[u] == first &&
-        strcmp_i_utf8(next, next + (patEnd - rest), rest, patEnd) == 0) {
-      return s;
-    }
-    s = next;
-  }
-  return nullptr;
-}

@@ -1,0 +1,87 @@
+// Comparison without regard to case.
+//
+// Bytes that are equal, or the two cases of an ASCII letter, are passed over in blocks. Where they
+// differ in another way, both characters are decoded from their starts and compared through the
+// upper-case table. Other differences are likely close behind one, so a few more steps are made
+// singly before the next block.
+
+#include <algorithm>
+
+#include "charproc.h"
+#include "core/case_tables.h"
+#include "core/kernels.h"
+#include "unicode/utf8proc_nocase.h"
+#include "utf8proc.h"
+
+namespace cc {
+
+using kernels::isAscii;
+
+namespace {
+
+// Two texts and how far they have been compared.
+struct Comparison {
+  const char* a;
+  const char* aEnd;
+  const char* b;
+  const char* bEnd;
+  const char* p = a;
+  const char* q = b;
+
+  bool isOver() const { return p >= aEnd || q >= bEnd; }
+
+  // Passes what matches byte by byte.
+  void skip() {
+    const std::size_t n = static_cast<std::size_t>(std::min(aEnd - p, bEnd - q));
+    const std::size_t same = kernels::loops->matchNoCase(p, q, n);
+    p += same;
+    q += same;
+  }
+
+  // Compares one byte or one character of each: -1, 0 or 1.
+  int step() {
+    if (*p == *q) {
+      ++p;
+      ++q;
+      return 0;
+    }
+    unsigned short left = 0;
+    unsigned short right = 0;
+    if (isAscii(*p) && isAscii(*q)) {
+      left = chr_upper_table_ascii[static_cast<unsigned char>(*p++)];
+      right = chr_upper_table_ascii[static_cast<unsigned char>(*q++)];
+    } else {
+      p = kernels::decodeCharacter(left, characterAt(a, p), aEnd);
+      q = kernels::decodeCharacter(right, characterAt(b, q), bEnd);
+      left = chr_upper_table_utf16[left];
+      right = chr_upper_table_utf16[right];
+    }
+    return left == right ? 0 : left > right ? 1 : -1;
+  }
+};
+
+}  // namespace
+
+NoCaseOrder compareNoCase(const char* a, const char* aEnd, const char* b, const char* bEnd) {
+  constexpr int singleSteps = 16;
+  Comparison comparison{a, aEnd, b, bEnd};
+  const bool blocks = caseTables.plainBytes;
+  while (!comparison.isOver()) {
+    if (blocks) comparison.skip();
+    for (int i = 0; i < singleSteps && !comparison.isOver(); ++i) {
+      if (const int order = comparison.step(); order != 0) {
+        return {order, static_cast<std::size_t>(comparison.p - a)};
+      }
+    }
+  }
+  const int order = (comparison.p < aEnd ? 1 : 0) - (comparison.q < bEnd ? 1 : 0);
+  return {order, static_cast<std::size_t>(comparison.p - a)};
+}
+
+}  // namespace cc
+
+int strcmp_i_utf8(const char* a, const char* aEnd, const char* b, const char* bEnd) {
+  if (!a || a > aEnd) aEnd = a;
+  if (!b || b > bEnd) bEnd = b;
+  return cc::compareNoCase(a, aEnd, b, bEnd).order;
+}
