@@ -123,4 +123,26 @@ TEST(Token, ADocumentWithoutTextIsAtItsEnd) {
   EXPECT_EQ(nullptr, doc.begin());
 }
 
+TEST(Token, HostileDocumentsTakeLinearTime) {
+  // A search that ran to the end of the text for each of these would take minutes.
+  for (const char* unit :
+       {"<&\"", "<a \"\"/>", "<!---->", "<>", "<<", "</a\n>", "<a b=\"\tx\"/>", "<?\"\">"}) {
+    std::string text;
+    while (text.size() < 300'000) text += unit;
+    OpenDoc doc;
+    doc.load(nullptr, text.data(), static_cast<int>(text.size()));
+    MLDoc::Token token;
+    MLDoc::Attribute attribute;
+    std::size_t steps = 0;
+    for (bool more = true; more; ++steps) {
+      errorOf([&] {
+        more = doc.step(token);
+        if (more) doc.getAttributeValue(token, "none");
+      });
+    }
+    EXPECT_LE(steps, text.size() / 2 + 1) << unit;
+    EXPECT_EQ(text.size(), doc.at()) << unit;
+  }
+}
+
 }  // namespace
