@@ -19,7 +19,7 @@ constexpr void setEach(Ranks& ranks, std::string_view bytes, unsigned char rank)
 }
 
 constexpr Ranks makeRanks() {
-  using std::literals::operator""sv;
+  using namespace std::string_view_literals;
   Ranks ranks{};
   setRange(ranks, 0x80, 0xBF, 130);  // the middle of letters
   // Lead bytes; the common ones are those of Latin, Greek and Cyrillic letters, of punctuation and

@@ -53,13 +53,17 @@ bool parseWhole(const char* s, T (*parse)(const char*, char**), T& value) {
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-// Up to eight decimal digits at once: each step joins neighbours of twice the width. `wrong` gets
-// bits where a byte is no digit.
-std::uint64_t valueOf8(const char* p, std::size_t n, std::uint64_t& wrong) {
-  constexpr std::uint64_t ones = ~std::uint64_t{0} / 0xFF;
-  std::uint64_t v = cc::kernels::loadUpTo8(p, n);
-  v = n == 0 ? 0 : (v ^ ones * '0') << (64 - 8 * n);  // zeros in front
-  wrong |= ((v + ones * (0x7F - 9)) | v) & ones * 0x80;
+constexpr std::uint64_t everyByte = ~std::uint64_t{0} / 0xFF;
+
+// The bytes of eight digits as their values, the first one lowest.
+std::uint64_t load8Digits(const char* p) {
+  return cc::kernels::loadAs<std::uint64_t>(p) ^ everyByte * '0';
+}
+
+// The number of eight digits: each step joins neighbours of twice the width. `wrong` gets bits
+// where a byte was no digit.
+std::uint64_t valueOf8(std::uint64_t v, std::uint64_t& wrong) {
+  wrong |= ((v + everyByte * (0x7F - 9)) | v) & everyByte * 0x80;
   v = v * 10 + (v >> 8);
   constexpr std::uint64_t everyFourth = 0x000000FF000000FF;
   const std::uint64_t front = (v & everyFourth) * (100 + (std::uint64_t{1000000} << 32));
@@ -67,29 +71,43 @@ std::uint64_t valueOf8(const char* p, std::size_t n, std::uint64_t& wrong) {
   return (front + back) >> 32;
 }
 
+// The magnitude of `n` > 8 bytes that are to be digits; the greatest number where it is too great.
+std::uint64_t longMagnitude(const char* p, std::size_t n, std::uint64_t& wrong) {
+  constexpr std::uint64_t e8 = 100000000;
+  const char* const end = p + n;
+  const std::uint64_t low = valueOf8(load8Digits(end - 8), wrong);
+  if (n <= 16) return valueOf8(load8Digits(p) << (8 * (16 - n)), wrong) * e8 + low;
+  const std::uint64_t middle = valueOf8(load8Digits(end - 16), wrong);
+  const std::uint64_t top = valueOf8(load8Digits(p) << (8 * (24 - n)), wrong);
+  if (top > LLONG_MAX / (e8 * e8)) return ~std::uint64_t{0};
+  return top * (e8 * e8) + middle * e8 + low;
+}
+
 // An optional sign and decimal digits that fill the range, of a magnitude of at most `limit`.
 template <class T>
 bool parseRange(const char* begin, const char* end, T limit, T& out) {
-  constexpr std::uint64_t e8 = 100000000;
-  if (!begin || end <= begin || end - begin > 20) return false;
+  constexpr std::size_t most = 20;
+  std::size_t n = static_cast<std::size_t>(end - begin);
+  if (n - 1 >= most || !begin) return false;
   const bool negative = *begin == '-';
-  if (negative || *begin == '+') ++begin;
-  const std::size_t n = static_cast<std::size_t>(end - begin);
-  if (n == 0) return false;
-  std::uint64_t wrong = 0;
-  std::uint64_t value = 0;
-  if (n <= 8) {
-    value = valueOf8(begin, n, wrong);
-  } else {
-    const std::size_t before = n <= 16 ? 0 : n - 16;
-    const std::uint64_t top = valueOf8(begin, before, wrong);
-    value = valueOf8(begin + before, n - before - 8, wrong) * e8 + valueOf8(end - 8, 8, wrong);
-    if (top > LLONG_MAX / (e8 * e8)) return false;
-    value += top * (e8 * e8);
+  if (negative || *begin == '+') {
+    ++begin;
+    if (--n == 0) return false;
   }
-  if (wrong != 0 || value > static_cast<std::uint64_t>(limit)) return false;
-  const T magnitude = static_cast<T>(value);
-  out = negative ? -magnitude : magnitude;
+  T value = 0;
+  if (n <= 8) {
+    do {
+      const unsigned int digit = static_cast<unsigned char>(*begin) - unsigned{'0'};
+      if (digit > 9) return false;
+      value = value * 10 + static_cast<T>(digit);
+    } while (++begin != end);
+  } else {
+    std::uint64_t wrong = 0;
+    const std::uint64_t magnitude = longMagnitude(begin, n, wrong);
+    if (wrong != 0 || magnitude > static_cast<std::uint64_t>(limit)) return false;
+    value = static_cast<T>(magnitude);
+  }
+  out = negative ? -value : value;
   return true;
 }
 

@@ -20,7 +20,7 @@
 namespace {
 
 using std::string_view;
-using std::literals::operator""sv;
+using namespace std::string_view_literals;
 
 unsigned int size(string_view s) { return static_cast<unsigned int>(s.size()); }
 

@@ -14,7 +14,7 @@
 
 namespace {
 
-using std::literals::operator""sv;
+using namespace std::string_view_literals;
 
 // What `print` writes to a stream.
 template <class Print>

@@ -19,7 +19,7 @@ using cc::test::GuardedBuffer;
 using reference::none;
 using reference::Units;
 using std::string_view;
-using std::literals::operator""sv;
+using namespace std::string_view_literals;
 
 unsigned int size(string_view s) { return static_cast<unsigned int>(s.size()); }
 
