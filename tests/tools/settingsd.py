@@ -1,0 +1,102 @@
+"""Runs the settings daemon: what it reports and keeps, and that one copy runs at a time."""
+
+import os
+import shlex
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+
+BUILD = os.environ["CC_BUILD_DIR"]
+# In an emulator the executable of every other process is the emulator: a running copy is not seen.
+EMULATOR = shlex.split(os.environ.get("CC_RUN", ""))
+PROGRAM = [*EMULATOR, os.path.join(BUILD, "example_settingsd")]
+failures = []
+
+
+def expect(what, expected, got):
+    if expected != got:
+        failures.append(f"{what}:\n  expected {expected!r}\n  got      {got!r}")
+
+
+def put(name, content):
+    with open(name, "w", encoding="utf-8") as file:
+        file.write(content)
+
+
+def start(*arguments):
+    environment = dict(os.environ, COMMON_CORE_ETC_DIR=os.path.join(BUILD, "lng/"),
+                       COMMON_CORE_DATA_DIR=os.getcwd())
+    return subprocess.Popen([*PROGRAM, "in", "state", *arguments], env=environment,
+                            stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+
+
+def run(*arguments):
+    daemon = start(*arguments)
+    out, err = daemon.communicate(timeout=60)
+    return daemon.returncode, out, err
+
+
+with tempfile.TemporaryDirectory() as folder:
+    os.chdir(folder)
+    os.mkdir("in")
+    os.mkdir("state")
+    put("in/a.xml", '<settings>\n  <setting name="volume" kind="Integer" value="7" min="0" max="10" '
+        'flags="shown advanced"/>\n  <setting name="title" kind="text">caf&amp;e</setting>\n'
+        "</settings>\n")
+    put("in/b.xml", '<settings>\n  <setting name="night" kind="switch" value="on"/>\n'
+        '  <setting name="loud" kind="integer" value="70" min="0" max="10"/>\n</settings>\n')
+    put("in/c.xml", "<settings>\n  <>\n</settings>\n")
+    put("in/note.txt", "<")
+
+    code, out, err = run("eng", "2")
+    expect("code", 0, code)
+    expect("output", 'Started: 3 settings, 1 documents without errors.\nnight is now "on".\n'
+           'title is now "caf&e".\nvolume is now "7".\nStopped.\n', out)
+    expect("reports, each once",
+           "The document contains an error.\n"
+           'The value of the setting "loud" is outside its range, 0 to 10.\n'
+           "File: in/b.xml\nLine 3, column 68\n"
+           "The document contains an error.\nA tag has no element name.",
+           err.split(" The name comes")[0])
+    with open("state/settings.xml", encoding="utf-8") as file:
+        expect("document of the state", '<settings>\n'
+               '  <setting name="night" kind="switch" flags="" value="on"/>\n'
+               '  <setting name="title" kind="text" flags="" value="caf&amp;e"/>\n'
+               '  <setting name="volume" kind="integer" flags="shown advanced" value="7"/>\n'
+               "</settings>\n", file.read())
+
+    # The state is known again, so only what changed is news; in the user's language.
+    put("in/b.xml", '<settings><setting name="night" kind="switch" value="no"/></settings>')
+    code, out, err = run("deu", "1")
+    expect("second run", "Gestartet: 3 Einstellungen, 2 fehlerfreie Dokumente.\n"
+           "night ist jetzt „no“.\nBeendet.\n", out)
+    expect("language of reports", "Das Dokument enthält einen Fehler.\n", err.split("In einem")[0])
+
+    # Twice: a copy runs, another one finds it, the first is stopped and the next one starts.
+    for _ in range(2):
+        running = start("eng")
+        deadline = time.monotonic() + 30
+        while not os.path.exists("settingsd.pid") and time.monotonic() < deadline:
+            time.sleep(0.01)
+        if not EMULATOR:
+            expect("a second copy", (1, "", "Another copy is running already.\n"), run("eng", "1"))
+        running.send_signal(signal.SIGTERM)
+        out, _ = running.communicate(timeout=60)
+        expect("stopped", (0, "Stopped.\n"), (running.returncode, out[-9:]))
+        expect("pid file", False, os.path.exists("settingsd.pid"))
+
+    # A copy that was killed leaves a stale file, which hinders nobody.
+    running = start("eng")
+    while not os.path.exists("settingsd.pid"):
+        time.sleep(0.01)
+    running.kill()
+    running.communicate()
+    expect("after a crash", True, os.path.exists("settingsd.pid"))
+    expect("start after a crash", 0, run("eng", "1")[0])
+
+for failure in failures:
+    print(failure)
+print(f"{len(failures)} failures")
+sys.exit(1 if failures else 0)
