@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cctype>
 #include <functional>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -74,7 +75,7 @@ TEST(Kernels, CheckFindsTheFirstWrongByte) {
     const GuardedBuffer memory(longest);
     Random random(2);
     for (const TextKind& kind : textKinds) {
-      for (const std::size_t n : {7, 33, 64, 100, 259}) {
+      for (const std::size_t n : std::initializer_list<std::size_t>{7, 33, 64, 100, 259}) {
         const std::string text = kind.text(random, n);
         for (std::size_t i = 0; i < n; ++i) {
           std::string wrong = text;

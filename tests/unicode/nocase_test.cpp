@@ -185,7 +185,7 @@ TEST(NoCase, FindsBehindManyNearMatches) {
     std::string text = repeated(near + "x", 12000);
     std::string pattern = varied(random, near + near);
     if (round % 3 != 0) text += pattern + "x";
-    if (round % 4 == 0) text += repeated(near + "x", 8000) + pattern;
+    if (round % 4 == 0) text.append(repeated(near + "x", 8000)).append(pattern);
     ASSERT_EQ(reference::findNoCaseUtf8(text, pattern), at(text, find(text, pattern))) << round;
   }
 }
