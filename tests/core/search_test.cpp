@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -153,7 +154,7 @@ TEST(TwoWay, EnumeratesEveryOccurrence) {
 // The number of symbols looked at, for long periodic patterns and texts.
 TEST(TwoWay, LooksAtFewSymbols) {
   Random random(12);
-  for (const std::size_t n : {10000, 20000, 40000}) {
+  for (const std::size_t n : std::initializer_list<std::size_t>{10000, 20000, 40000}) {
     for (int round = 0; round < 20; ++round) {
       const std::string unit = lettersOf(random, 1 + random() % 20, "ab");
       std::string text;

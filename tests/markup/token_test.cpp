@@ -132,7 +132,6 @@ TEST(Token, HostileDocumentsTakeLinearTime) {
     OpenDoc doc;
     doc.load(nullptr, text.data(), static_cast<int>(text.size()));
     MLDoc::Token token;
-    MLDoc::Attribute attribute;
     std::size_t steps = 0;
     for (bool more = true; more; ++steps) {
       errorOf([&] {

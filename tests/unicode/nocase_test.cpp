@@ -194,7 +194,7 @@ TEST(NoCase, FindsBehindManyNearMatches) {
 TEST(NoCase, OddTables) {
   chr_upper_table_utf16[0xE9] = 0xC9;
   chr_upper_table_utf16[0xC9] = 0xC8;
-  chr_upper_table_utf16['i'] = 0x130;
+  chr_upper_table_utf16[0x69] = 0x130;
   cc::deriveCaseTables();
   const GuardedBuffer texts(4096);
   const GuardedBuffer patterns(4096);

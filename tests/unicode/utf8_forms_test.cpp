@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -118,7 +119,8 @@ TEST(Utf8Forms, LongTexts) {
     Random random(23);
     for (const TextKind& kind : textKinds) {
       SCOPED_TRACE(kind.name);
-      for (const std::size_t n : {4093, 4096, 4097, 4099, 13000}) {
+      for (const std::size_t n :
+           std::initializer_list<std::size_t>{4093, 4096, 4097, 4099, 13000}) {
         std::string text = kind.text(random, n);
         converter.decode(text, text.size());
         converter.mapCase(text);
@@ -195,8 +197,8 @@ TEST(Utf8Forms, SmallDomainsInsideOfBlocks) {
 
 // A locale that maps letters of ASCII elsewhere, as the Turkish one does.
 TEST(Utf8Forms, TablesThatMapAsciiElsewhere) {
-  chr_upper_table_utf16['i'] = 0x130;
-  chr_upper_table_utf16['q'] = 'Z';
+  chr_upper_table_utf16[0x69] = 0x130;
+  chr_upper_table_utf16[0x71] = 'Z';
   cc::deriveCaseTables();
   Converter converter;
   Random random(25);

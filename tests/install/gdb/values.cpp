@@ -19,7 +19,7 @@ int main() {
   ChPair part;
   ChPair rest;
   pair.split(part, '=', rest);
-  const ChPair noSlice;
+  [[maybe_unused]] const ChPair noSlice;
 
   Bag bag;
   const int version = 2;
@@ -44,7 +44,7 @@ int main() {
   const char source[] = "<a><!-- c --><b c=\"1\"/></a>";
   MLDoc doc;
   doc.load("source", source, sizeof source - 1);
-  const MLDoc::Token fresh;
+  [[maybe_unused]] const MLDoc::Token fresh;
   MLDoc::Token start;
   doc.step(start);
   MLDoc::Token comment = start;
