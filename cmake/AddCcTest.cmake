@@ -21,10 +21,7 @@ function(add_cc_test)
   else()
     target_link_libraries(${arg_NAME} PRIVATE common_core)
   endif()
-  if(TARGET test_support)
-    target_link_libraries(${arg_NAME} PRIVATE test_support)
-  endif()
-  target_link_libraries(${arg_NAME} PRIVATE GTest::gtest_main)
+  target_link_libraries(${arg_NAME} PRIVATE test_support)
   target_compile_definitions(${arg_NAME} PRIVATE "CC_SOURCE_DIR=\"${PROJECT_SOURCE_DIR}/\""
                              "CC_BUILD_DIR=\"${PROJECT_BINARY_DIR}/\"")
   gtest_discover_tests(

@@ -5,9 +5,9 @@
 #pragma once
 
 #include <cstdarg>
-#include <cstdio>
 
 #include "common_core_api.h"
+#include "platform/locale.h"
 
 namespace cc {
 
@@ -15,8 +15,7 @@ namespace cc {
 class FormattedText {
  public:
   FormattedText(const char* fmt, va_list args) COMMON_CORE_PRINTF(2, 0) {
-    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): it loses sight of the caller's
-    if (std::vsnprintf(text, sizeof text - 1, fmt, args) < 0) text[0] = 0;
+    if (locale::formatText(text, sizeof text - 1, fmt, args) < 0) text[0] = 0;
     text[sizeof text - 1] = 0;
   }
   const char* get() const { return text; }

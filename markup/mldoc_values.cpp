@@ -64,7 +64,7 @@ bool continuesNumber(char c) {
 bool parseWhole(const char* begin, const char* end, double& value) {
   char* stop = nullptr;
   errno = 0;
-  value = cc::locale::parseDoubleInC(begin, &stop);
+  value = cc::locale::parseDouble(begin, &stop);
   return errno == 0 && stop == end;
 }
 

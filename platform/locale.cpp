@@ -2,8 +2,11 @@
 
 #include "platform/locale.h"
 
+#include <langinfo.h>
+
 #include <cctype>
 #include <clocale>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <cwctype>
@@ -30,11 +33,30 @@ unsigned int upperWide(unsigned int character) { return std::towupper(character)
 
 long long parseSigned(const char* s, char** end) { return std::strtoll(s, end, 10); }
 unsigned long long parseUnsigned(const char* s, char** end) { return std::strtoull(s, end, 10); }
-double parseDouble(const char* s, char** end) { return std::strtod(s, end); }
 
-double parseDoubleInC(const char* s, char** end) {
+double parseDouble(const char* s, char** end) {
   static const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
   return strtod_l(s, end, plain);
+}
+
+int formatText(char* buf, std::size_t size, const char* format, va_list args) {
+  if (std::strcmp(nl_langinfo(RADIXCHAR), ".") == 0) {
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): it loses sight of the caller's
+    return std::vsnprintf(buf, size, format, args);
+  }
+  const locale_t own = uselocale(locale_t());
+  const locale_t copy = duplocale(own);
+  const locale_t pointed = copy ? newlocale(LC_NUMERIC_MASK, "C", copy) : locale_t();
+  if (pointed) uselocale(pointed);
+  // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): as above
+  const int length = std::vsnprintf(buf, size, format, args);
+  if (pointed) {
+    uselocale(own);
+    freelocale(pointed);
+  } else if (copy) {
+    freelocale(copy);
+  }
+  return length;
 }
 
 bool localTime(std::time_t t, std::tm& out) { return localtime_r(&t, &out) != nullptr; }

@@ -1,11 +1,14 @@
-// The locale, character classification, number parsing and calendar calls of the C library.
+// The locale, character classification, number, formatting and calendar calls of the C library.
 //
 // Plain forwarding, one function per call, so that a test can put another implementation in the
 // place of this one.
 #pragma once
 
+#include <cstdarg>
 #include <cstddef>
 #include <ctime>
+
+#include "common_core_api.h"
 
 namespace cc::locale {
 
@@ -30,9 +33,12 @@ unsigned int upperWide(unsigned int character);
 /// `strtoull` and its family in base 10. `errno` is the caller's to clear and to look at.
 long long parseSigned(const char* s, char** end);
 unsigned long long parseUnsigned(const char* s, char** end);
-double parseDouble(const char* s, char** end);
 /// `strtod` in the "C" locale, whatever the process and the calling thread use.
-double parseDoubleInC(const char* s, char** end);
+double parseDouble(const char* s, char** end);
+/// `vsnprintf` with '.' as decimal point, whatever the process and the calling thread use; in a
+/// locale with another one, and with no memory left, with that one.
+int formatText(char* buf, std::size_t size, const char* format, va_list args)
+    COMMON_CORE_PRINTF(3, 0);
 
 /// Local calendar time of `t`; false when there is none.
 bool localTime(std::time_t t, std::tm& out);

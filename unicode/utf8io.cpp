@@ -10,6 +10,7 @@
 #include "charproc.h"
 #include "charr.h"
 #include "core/init_order.h"
+#include "platform/locale.h"
 #include "platform/platform.h"
 
 namespace {
@@ -39,7 +40,7 @@ void utf8printf_s(FILE* stream, const char* begin, const char* end) {
 void utf8printf_va(FILE* stream, const char* format, va_list args) {
   char* text = formatBuffer();
   text[0] = 0;
-  std::vsnprintf(text, formatRoom, format, args);
+  cc::locale::formatText(text, formatRoom, format, args);
   utf8printf_s(stream, text);
 }
 

@@ -66,6 +66,8 @@ TEST(CharTables, GlobalsStartAsDescribed) {
 TEST(CharTables, PrepareSetsTheLocale) {
   const char* old = std::getenv("LC_ALL");
   const std::string saved = old ? old : "";
+  const std::string before = std::setlocale(LC_ALL, nullptr);
+  const locale_t own = ::uselocale(LC_GLOBAL_LOCALE);
   const struct {
     const char* host;
     const char* environment;
@@ -90,7 +92,8 @@ TEST(CharTables, PrepareSetsTheLocale) {
   } else {
     unsetenv("LC_ALL");
   }
-  std::setlocale(LC_ALL, "C");
+  std::setlocale(LC_ALL, before.c_str());
+  ::uselocale(own);
   chr_tables_prepare();
 }
 

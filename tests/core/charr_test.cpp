@@ -242,15 +242,16 @@ TEST(ChArr, CutsFormattedText) {
 }
 
 TEST(ChArr, IsEmptyWhereTextCannotBeFormatted) {
-  const std::string locale = std::setlocale(LC_CTYPE, nullptr);
-  std::setlocale(LC_CTYPE, "C");
+  const locale_t plain = ::newlocale(LC_ALL_MASK, "C", nullptr);
+  const locale_t own = ::uselocale(plain);
   const wchar_t wide[] = {'a', 0x0430, 0};  // which the plain locale cannot write
   char direct[16];
   ASSERT_LT(std::snprintf(direct, sizeof direct, "ab%ls", wide), 0);
   ChArr s("old");
   s.format("ab%ls", wide);
   EXPECT_EQ("", textOf(s));
-  std::setlocale(LC_CTYPE, locale.c_str());
+  ::uselocale(own);
+  ::freelocale(plain);
 }
 
 // The 128 upper bytes in order, row by row of the code page.

@@ -17,10 +17,12 @@
 
 #include "charproc.h"
 #include "tests/support/guarded_buffer.h"
+#include "tests/support/plain_numbers.h"
 
 namespace {
 
 using cc::test::GuardedBuffer;
+using cc::test::inPlainLocale;
 using std::string_view;
 using namespace std::string_view_literals;
 
@@ -376,7 +378,8 @@ TEST(Numbers, Dates) {
   };
   for (const auto& row : rows) {
     std::string text(static_cast<std::size_t>(row.room) + 1, '#');
-    EXPECT_EQ(row.expected != nullptr, row.format(row.time, text.data(), row.room));
+    EXPECT_EQ(row.expected != nullptr,
+              inPlainLocale([&] { return row.format(row.time, text.data(), row.room); }));
     EXPECT_STREQ(row.expected ? row.expected : "", text.c_str());
     EXPECT_EQ('#', text.back());
   }

@@ -12,6 +12,7 @@
 #include "tests/markup/comma_locale.h"
 #include "tests/markup/reader_trace.h"
 #include "tests/support/alloc_sweep.h"
+#include "tests/support/plain_numbers.h"
 
 // The C library never frees the path that it searches for locales.
 extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();
@@ -22,6 +23,8 @@ namespace {
 using cc::test::CommaLocale;
 using cc::test::errorOf;
 using cc::test::OpenDoc;
+using cc::test::plainFormat;
+using cc::test::plainStrtod;
 
 TEST(ConvertEscape, DecodesTheFiveEntitiesAndNoOther) {
   const struct {
@@ -141,7 +144,7 @@ TEST(GetDouble, NumbersAsTheCLibraryReadsThem) {
   for (const char* text : good) {
     char* end = nullptr;
     errno = 0;
-    const double expected = std::strtod(text, &end);
+    const double expected = plainStrtod(text, &end);
     if (errno != 0) {
       EXPECT_EQ(19, errorOf([&] { doc.getDouble(text); })) << text;
       continue;
@@ -159,11 +162,11 @@ TEST(GetDouble, NumbersAsTheCLibraryReadsThem) {
   EXPECT_EQ(19, errorOf([&] { doc.getDouble(ChPair(zero, zero + 3)); }));
 }
 
-// What the described conversion gives: `strtod` from the slice's begin, bounded by nothing.
+// What the promised conversion gives: `strtod` from the slice's begin, bounded by nothing.
 int plainError(const std::string& text, std::size_t begin, std::size_t end) {
   char* stop = nullptr;
   errno = 0;
-  std::strtod(text.c_str() + begin, &stop);
+  plainStrtod(text.c_str() + begin, &stop);
   return errno == 0 && begin != end && stop == text.c_str() + end ? -1 : 19;
 }
 
@@ -192,9 +195,9 @@ TEST(GetDouble, ASliceOfOtherMemoryIsReadUpToItsEnd) {
   // Longer than any buffer on the stack, and inside the document with a long number behind it.
   const std::string digits(5000, '1');
   const std::string number = "0." + digits;
-  EXPECT_EQ(std::strtod(number.c_str(), nullptr), doc.getDouble(number.c_str()));
+  EXPECT_EQ(plainStrtod(number.c_str()), doc.getDouble(number.c_str()));
   doc.put(number);
-  EXPECT_EQ(std::strtod(number.c_str(), nullptr),
+  EXPECT_EQ(plainStrtod(number.c_str()),
             doc.getDouble(ChPair(doc.begin(), doc.begin() + doc.size())));
   EXPECT_EQ(19, errorOf([&] { doc.getDouble(ChPair(doc.begin(), doc.begin() + 3)); }));
 }
@@ -207,9 +210,8 @@ TEST(GetDouble, RandomNumbersBitForBit) {
     double value = 0;
     std::memcpy(&value, &bits, sizeof value);
     if (!std::isfinite(value) || std::fpclassify(value) == FP_SUBNORMAL) continue;
-    char text[400];
-    std::snprintf(text, sizeof text, i % 2 ? "%.17g" : "%a", value);
-    const double read = doc.getDouble(text);
+    const std::string text = plainFormat(i % 2 ? "%.17g" : "%a", value);
+    const double read = doc.getDouble(text.c_str());
     ASSERT_EQ(bitsOf(value), bitsOf(read)) << text;
   }
 }

@@ -14,6 +14,7 @@
 #include "tests/markup/comma_locale.h"
 #include "tests/markup/reader_trace.h"
 #include "tests/support/alloc_sweep.h"
+#include "tests/support/plain_numbers.h"
 #include "tests/support/temp_folder.h"
 
 namespace {
@@ -21,6 +22,7 @@ namespace {
 using cc::test::CommaLocale;
 using cc::test::failure;
 using cc::test::fileBytes;
+using cc::test::plainFormat;
 using cc::test::TempFolder;
 using cc::test::thrownBy;
 
@@ -184,8 +186,7 @@ TEST(Writer, DoublesAsTheCLibraryPrintsThem) {
     double value = 0;
     std::memcpy(&value, &bits, sizeof value);
     if (i % 2 == 0) value = static_cast<double>(static_cast<long long>(random())) / 2097152.0;
-    char expected[400];
-    std::snprintf(expected, sizeof expected, " d=\"%f\"", value);
+    const std::string expected = plainFormat(" d=\"%f\"", value);
     ASSERT_EQ(expected, written([&](MLDocOut& out) { out.writeDoubleAttr("d", value, false); }));
   }
 }

@@ -32,6 +32,19 @@ def start(*arguments):
                             stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
 
 
+def wait_for_lock(daemon):
+    """Waits until the pid file names the daemon: there, but empty, it is still anybody's."""
+    deadline = time.monotonic() + 30
+    while time.monotonic() < deadline:
+        try:
+            with open("settingsd.pid", encoding="ascii") as file:
+                if file.read().strip() == str(daemon.pid):
+                    return
+        except FileNotFoundError:
+            pass
+        time.sleep(0.01)
+
+
 def run(*arguments):
     daemon = start(*arguments)
     out, err = daemon.communicate(timeout=60)
@@ -77,9 +90,7 @@ with tempfile.TemporaryDirectory() as folder:
     # Twice: a copy runs, another one finds it, the first is stopped and the next one starts.
     for _ in range(2):
         running = start("eng")
-        deadline = time.monotonic() + 30
-        while not os.path.exists("settingsd.pid") and time.monotonic() < deadline:
-            time.sleep(0.01)
+        wait_for_lock(running)
         if not EMULATOR:
             expect("a second copy", (1, "", "Another copy is running already.\n"), run("eng", "1"))
         running.send_signal(signal.SIGTERM)
@@ -89,8 +100,7 @@ with tempfile.TemporaryDirectory() as folder:
 
     # A copy that was killed leaves a stale file, which hinders nobody.
     running = start("eng")
-    while not os.path.exists("settingsd.pid"):
-        time.sleep(0.01)
+    wait_for_lock(running)
     running.kill()
     running.communicate()
     expect("after a crash", True, os.path.exists("settingsd.pid"))

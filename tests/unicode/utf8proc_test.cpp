@@ -27,8 +27,11 @@ std::size_t at(const char* begin, const char* found) {
   return found ? static_cast<std::size_t>(found - begin) : none;
 }
 
-// True where the locale of loading knows the case of letters beyond ASCII.
-bool knowsLetters() { return chr_upper_table_utf16[0xE9] == 0xC9; }
+// True where the locale of loading knows the case of letters beyond ASCII, and that of "i" as
+// usual.
+bool knowsLetters() {
+  return chr_upper_table_utf16[0xE9] == 0xC9 && chr_upper_table_utf16['i'] == 'I';
+}
 
 // ---------------------------------------------------------------------------- checking
 

@@ -1,0 +1,33 @@
+// The main program of every test program. CC_TEST_LOCALE=process makes the locale of the
+// environment that of the process before the tests begin, as a client may; =thread makes it that of
+// the thread that runs the tests.
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+bool adoptLocale(const std::string& scope) {
+  if (scope == "process") return std::setlocale(LC_ALL, "") != nullptr;
+  if (scope == "thread") {
+    const locale_t locale = ::newlocale(LC_ALL_MASK, "", nullptr);
+    return locale && ::uselocale(locale);
+  }
+  return false;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  const char* const scope = std::getenv("CC_TEST_LOCALE");
+  if (scope && !adoptLocale(scope)) {
+    std::fprintf(stderr, "CC_TEST_LOCALE=%s: no such scope or locale\n", scope);
+    return 2;
+  }
+  return RUN_ALL_TESTS();
+}
