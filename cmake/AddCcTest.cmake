@@ -1,22 +1,25 @@
 # Names of tests begin with the folder of the build, as in "m32.core.Bag.grows", so that one run
 # of ctest over several builds tells them apart.
 #
-# add_cc_test(NAME name SOURCES source... [INTERNAL] [LIBRARIES library...])
+# add_cc_test(NAME name SOURCES source... [INTERNAL] [FAULTY] [LIBRARIES library...])
 #
 # A program of tests whose cases ctest runs one by one. It links the shared library as a
 # client does; with INTERNAL it links the folders' static libraries instead and sees the
-# internal headers too.
+# internal headers too. With FAULTY too its sources bring a platform layer of their own, and
+# ctest runs it as a whole, since it sums up what its cases did.
 
 include(GoogleTest)
 
 cmake_path(GET PROJECT_BINARY_DIR FILENAME CC_BUILD_NAME)
 
 function(add_cc_test)
-  cmake_parse_arguments(PARSE_ARGV 0 arg "INTERNAL" "NAME" "SOURCES;LIBRARIES")
+  cmake_parse_arguments(PARSE_ARGV 0 arg "INTERNAL;FAULTY" "NAME" "SOURCES;LIBRARIES")
   string(REGEX REPLACE "_tests?$" "" folder "${arg_NAME}")
   add_executable(${arg_NAME} ${arg_SOURCES})
   target_link_libraries(${arg_NAME} PRIVATE cc_flags ${arg_LIBRARIES})
-  if(arg_INTERNAL)
+  if(arg_FAULTY)
+    target_link_libraries(${arg_NAME} PRIVATE cc_internal_faulty)
+  elseif(arg_INTERNAL)
     target_link_libraries(${arg_NAME} PRIVATE cc_internal)
   else()
     target_link_libraries(${arg_NAME} PRIVATE common_core)
@@ -24,6 +27,16 @@ function(add_cc_test)
   target_link_libraries(${arg_NAME} PRIVATE test_support)
   target_compile_definitions(${arg_NAME} PRIVATE "CC_SOURCE_DIR=\"${PROJECT_SOURCE_DIR}/\""
                              "CC_BUILD_DIR=\"${PROJECT_BINARY_DIR}/\"")
+  if(arg_FAULTY)
+    set(environment "COMMON_CORE_ETC_DIR=${CC_LNG_DIR}")
+    if(EXISTS /dev/shm)  # thousands of files are quicker made in memory
+      list(APPEND environment TMPDIR=/dev/shm)
+    endif()
+    add_test(NAME ${CC_BUILD_NAME}.${folder} COMMAND ${arg_NAME})
+    set_tests_properties(${CC_BUILD_NAME}.${folder} PROPERTIES TIMEOUT 120
+                         ENVIRONMENT "${environment}")
+    return()
+  endif()
   gtest_discover_tests(
     ${arg_NAME}
     DISCOVERY_MODE PRE_TEST

@@ -45,6 +45,16 @@ if(CC_STATIC_LIBRARIES)
   target_link_libraries(cc_internal INTERFACE "$<LINK_GROUP:RESCAN,${group}>"
                         ${CC_PATHS_TARGET})
 
+  # The same for programs that bring a platform layer of their own.
+  set(group ${CC_STATIC_LIBRARIES})
+  list(REMOVE_ITEM group cc_platform)
+  list(JOIN group "," group)
+  add_library(cc_internal_faulty INTERFACE)
+  target_include_directories(cc_internal_faulty INTERFACE "${PROJECT_SOURCE_DIR}/include"
+                             "${PROJECT_SOURCE_DIR}")
+  target_link_libraries(cc_internal_faulty INTERFACE "$<LINK_GROUP:RESCAN,${group}>"
+                        ${CC_PATHS_TARGET})
+
   add_library(common_core SHARED ${objects})
   add_library(common_core::common_core ALIAS common_core)
   set_target_properties(common_core PROPERTIES VERSION ${PROJECT_VERSION} LINKER_LANGUAGE CXX

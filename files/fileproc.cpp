@@ -39,15 +39,13 @@ int writeBytes(FILE* stream, const void* data, std::size_t n) {
 
 bool isPath(const char* path) { return path && *path; }
 
-/// Takes what ends a line that filled its buffer: carriage returns and a line feed, or the end of
-/// the file, which makes the result true. Any other byte is left for the next piece, and so is an
-/// error.
+/// Takes what ends a line that filled its buffer: carriage returns and a line feed. Any other byte
+/// is left for the next piece. False at the end of the file or on an error.
 bool takeLineEnd(FILE* stream) {
   int byte = platform::readStreamByte(stream);
   while (byte == '\r') byte = platform::readStreamByte(stream);
-  if (byte == EOF) return platform::streamEnded(stream);
-  if (byte != '\n') platform::unreadStreamByte(stream, byte);
-  return false;
+  if (byte != EOF && byte != '\n') platform::unreadStreamByte(stream, byte);
+  return byte != EOF;
 }
 
 }  // namespace
@@ -137,10 +135,19 @@ bool UTF8File::seek(long long offset, int whence) {
 
 long long UTF8File::size() {
   const long long place = pos();
+  if (place < 0) {
+    erro(LocDictionaryCommonCore, MsgSeekFailed, name.get(), errno);
+    return -1;
+  }
   if (!seek(0, SEEK_END)) return -1;
   const long long end = pos();
-  if (!seek(place, SEEK_SET)) return -1;
-  return end;
+  if (end < 0) {
+    const int error = errno;
+    platform::seekStream(stream, place, SEEK_SET);
+    erro(LocDictionaryCommonCore, MsgSeekFailed, name.get(), error);
+    return -1;
+  }
+  return seek(place, SEEK_SET) ? end : -1;
 }
 
 long long UTF8File::checkSize(long long maxSize) {
@@ -153,19 +160,18 @@ long long UTF8File::checkSize(long long maxSize) {
 bool UTF8File::readLine(char* buffer, int size, bool* eof) {
   const std::size_t room = static_cast<std::size_t>(size) - 1;
   std::size_t length = platform::readStreamLine(stream, buffer, room);
-  bool ended = false;
+  bool stopped = false;
   if (length != 0 && buffer[length - 1] == '\n') {
     --length;
-  } else if (length == room) {
-    ended = takeLineEnd(stream);
-  } else if (platform::streamEnded(stream)) {
-    ended = true;
   } else {
-    erro(LocDictionaryCommonCore, MsgReadFailed, name.get(), errno);
-    return false;
+    stopped = length != room || !takeLineEnd(stream);
   }
   buffer[length] = 0;
-  if (ended) {
+  if (stopped) {
+    if (!platform::streamEnded(stream)) {
+      erro(LocDictionaryCommonCore, MsgReadFailed, name.get(), errno);
+      return false;
+    }
     platform::clearStream(stream);
     if (eof) *eof = true;
   }

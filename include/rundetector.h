@@ -33,9 +33,9 @@ class COMMON_CORE_API RunDetector {
   /// One of `State`. Reads the pid file and changes nothing.
   int getState() const;
   /// Makes this process the running copy: true when the pid file now holds its id. False when a
-  /// copy is running, this one included, or the file cannot be written or locked. Of several copies
-  /// that start at the same moment exactly one succeeds. Waits for another one's `lock` or `unlock`
-  /// of the same file, for two seconds at the most.
+  /// copy is running, this one included, or the file cannot be read, written or locked. Of several
+  /// copies that start at the same moment exactly one succeeds. Waits for another one's `lock` or
+  /// `unlock` of the same file, for two seconds at the most.
   bool lock();
   /// Removes the pid file if this object wrote it and it still holds this process's id, which is
   /// not so in a child of the process that wrote it. Waits as `lock` does, and leaves the file when

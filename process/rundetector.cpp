@@ -34,15 +34,15 @@ class ByteReader {
  public:
   explicit ByteReader(int file) : fd(file) {}
 
-  /// The next byte, or -1 at the end or when it cannot be read.
+  /// The next byte, or -1 at the end or when it cannot be read, which `failed` tells apart.
   int next() {
     if (at == count) {
       at = 0;
       count = platform::readFile(fd, block, sizeof(block));
-      if (count <= 0) count = 0;
     }
     return at < count ? static_cast<unsigned char>(block[at++]) : -1;
   }
+  bool failed() const { return count < 0; }
 
  private:
   int fd;
@@ -68,7 +68,7 @@ class PidFile {
   bool lock(int& naps);
   /// True while the path names this file.
   bool isAtPath() const;
-  /// The process id that the file holds, or 0 when its content is none.
+  /// The process id that the file holds, 0 when its content is none, -1 when it cannot be read.
   int readId() const;
   /// Replaces the content; after a failure the file is empty or as it was.
   bool writeId(int id);
@@ -122,13 +122,14 @@ int PidFile::readId() const {
   for (; isDigit(byte); byte = reader.next()) {
     if (id <= INT_MAX) id = id * 10 + (byte - '0');
   }
+  if (reader.failed()) return -1;
   return negative || id > INT_MAX ? 0 : static_cast<int>(id);
 }
 
 bool PidFile::writeId(int id) {
   char text[16];
   const int n = std::snprintf(text, sizeof(text), "%d", id);
-  if (platform::truncateFile(fd, 0) != 0) return false;
+  if (platform::seekFile(fd, 0, SEEK_SET) != 0 || platform::truncateFile(fd, 0) != 0) return false;
   if (platform::writeFile(fd, text, static_cast<std::size_t>(n)) == n) return true;
   platform::truncateFile(fd, 0);  // a cut number would be the id of another process
   return false;
@@ -154,7 +155,7 @@ std::string_view unmarked(std::string_view name) {
 
 /// True when the process lives and is not known to be another program than `expected`.
 bool isCopy(int id, std::string_view expected) {
-  if (id == 0) return false;
+  if (id <= 0) return false;
   if (platform::signalProcess(id, 0) != 0 && errno == ESRCH) return false;
   char buffer[4096];
   const std::string_view name = executableName(id, buffer);
@@ -186,9 +187,11 @@ bool RunDetector::lock() {
   int naps = mostNaps;
   for (int tries = 0; tries < mostTries; ++tries) {
     PidFile file(pidPath);
-    if (!file.open(O_WRONLY | O_CREAT) || !file.lock(naps)) return false;
+    if (!file.open(O_RDWR | O_CREAT) || !file.lock(naps)) return false;
     if (!file.isAtPath()) continue;
-    if (getState() == Running || !file.writeId(platform::processId())) return false;
+    // What cannot be read may name a live copy.
+    const int id = file.readId();
+    if (id < 0 || isCopy(id, processName) || !file.writeId(platform::processId())) return false;
     locked = true;
     return file.close();
   }

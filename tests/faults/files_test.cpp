@@ -1,0 +1,364 @@
+// Files, directories and whole files: what each failing call makes of each operation, and what is
+// left afterwards.
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <set>
+
+#include "ffproc.h"
+#include "fileproc.h"
+#include "tests/faults/fault_sweep.h"
+#include "tests/support/temp_folder.h"
+
+namespace {
+
+using namespace cc::test;  // NOLINT(google-build-using-namespace)
+using Check = std::function<void(UTF8File& file, const std::string& path, bool done)>;
+
+std::string dataOf(const Bag& bag) {
+  return {bag.getBuffer(), static_cast<std::size_t>(bag.getSize())};
+}
+
+TEST(Faults, OpenFile) {
+  struct Row {
+    const char* name;
+    UTF8File::Mode mode;
+    bool opened;  // before the action
+    std::function<bool(UTF8File& file, const char* path)> action;
+    Rules rules;
+    Check check;
+  };
+  const TempFolder folder;
+  char buffer[8];
+  Bag bag("old", 3);
+  const Check nothing = [](UTF8File&, const std::string&, bool) {};
+  const Check inPlace = [](UTF8File& file, const std::string&, bool) { EXPECT_EQ(1, file.pos()); };
+  const Rules opens = {{"openStream", 4}, {"fileStatus", 4}, {"closeStream", GoesOn}};
+  const Rules reads = {{"readStream", withoutError(32), Ended}, {"readStream", 26}};
+  const Rules writes = {{"writeStream", 12, Ended}, {"writeStream", 35}};
+  const auto opener = [](UTF8File::Mode mode) {
+    return [mode](UTF8File& file, const char* path) { return file.open(path, mode); };
+  };
+  const Check isOpen = [](UTF8File& file, const std::string& path, bool done) {
+    EXPECT_EQ(done, file.getStream() != nullptr);
+    EXPECT_STREQ(done ? path.c_str() : nullptr, file.getName());
+  };
+  const Check isClosed = [](UTF8File& file, const std::string&, bool) {
+    EXPECT_EQ(nullptr, file.getStream());
+    EXPECT_TRUE(file.close());
+  };
+  const Row rows[] = {
+      {"open to read", UTF8File::ModeRead, false, opener(UTF8File::ModeRead), opens, isOpen},
+      {"open to write", UTF8File::ModeRead, false, opener(UTF8File::ModeWrite), opens, isOpen},
+      {"read", UTF8File::ModeRead, true,
+       [&](UTF8File& file, const char*) { return file.read(buffer, 4); }, reads, nothing},
+      {"write", UTF8File::ModeWrite, true,
+       [](UTF8File& file, const char*) { return file.write("xyz"); }, writes, nothing},
+      {"push", UTF8File::ModeWrite, true,
+       [&](UTF8File& file, const char*) { return file.push(bag); }, writes,
+       [&](UTF8File&, const std::string&, bool) { EXPECT_EQ("old", dataOf(bag)); }},
+      {"pop",
+       UTF8File::ModeRead,
+       true,
+       [&](UTF8File& file, const char*) { return file.seek(5, 0) && file.pop(bag); },
+       {{"seekStream", 27}, reads[0], reads[1]},
+       [&](UTF8File&, const std::string&, bool done) {
+         EXPECT_EQ(done ? "ab" : "old", dataOf(bag));
+       }},
+      {"flush",
+       UTF8File::ModeWrite,
+       true,
+       [](UTF8File& file, const char*) { return file.flush(); },
+       {{"flushStream", withoutError(38)}},
+       nothing},
+      {"seek",
+       UTF8File::ModeRead,
+       true,
+       [](UTF8File& file, const char*) { return file.seek(2, 0); },
+       {{"seekStream", 27}},
+       [](UTF8File& file, const std::string&, bool done) { EXPECT_EQ(done ? 2 : 1, file.pos()); }},
+      {"pos",
+       UTF8File::ModeRead,
+       true,
+       [](UTF8File& file, const char*) { return file.pos() == 1; },
+       {{"tellStream", Silent}},
+       inPlace},
+      {"size",
+       UTF8File::ModeRead,
+       true,
+       [](UTF8File& file, const char*) { return file.size() == 11; },
+       {{"seekStream", 27}, {"tellStream", 27}},
+       [](UTF8File& file, const std::string&, bool) { EXPECT_NE(0, file.pos()); }},
+      {"the size where positions are unknown",
+       UTF8File::ModeRead,
+       true,
+       [](UTF8File& file, const char*) { return file.checkSize(11) == 11; },
+       {{"tellStream", 27}, {"seekStream", 27}},
+       [](UTF8File& file, const std::string&, bool) { EXPECT_NE(0, file.pos()); }},
+      {"a line",
+       UTF8File::ModeRead,
+       true,
+       [&](UTF8File& file, const char*) { return file.readLine(buffer, 8, nullptr); },
+       {{"readStreamLine", 26}},
+       nothing},
+      {"a line that fills the buffer",
+       UTF8File::ModeRead,
+       true,
+       [&](UTF8File& file, const char*) {
+         return file.readLine(buffer, 3, nullptr) && file.readLine(buffer, 3, nullptr);
+       },
+       {{"readStreamLine", 26}, {"readStreamByte", 26}},
+       [&](UTF8File&, const std::string&, bool done) {
+         EXPECT_STREQ(done ? "\2" : buffer, buffer);
+       }},
+      {"close",
+       UTF8File::ModeWrite,
+       true,
+       [](UTF8File& file, const char*) { return file.close(); },
+       {{"closeStream", 3}},
+       isClosed},
+  };
+  for (const Row& row : rows) {
+    for (const bool throwing : {true, false}) {
+      SCOPED_TRACE(row.name);
+      const std::string path = folder / "a";
+      sweepFaults([&](FaultSweep& sweep) {
+        putFile(path, std::string("abc\r\n\2\0\0\0ab", 11));
+        bag = Bag("old", 3);
+        UTF8File file(throwing);
+        if (row.opened) {
+          ASSERT_TRUE(file.open(path.c_str(), row.mode));
+          if (row.mode == UTF8File::ModeRead) file.seek(1, 0);
+          if (row.mode == UTF8File::ModeWrite) file.write("1");
+        }
+        bool done = false;
+        const std::string thrown = sweep.thrownBy([&] { done = row.action(file, path.c_str()); });
+        const std::string expected = sweep.expected(row.rules, path);
+        EXPECT_EQ(throwing && expected != "(silent)" ? expected : "(nothing)", thrown);
+        EXPECT_EQ(expected == "(nothing)", done);
+        row.check(file, path, done);
+      });
+    }
+  }
+}
+
+TEST(Faults, Size) {
+  // Only where the way back fails too does the position go.
+  const TempFolder folder;
+  const std::string path = putFile(folder / "a", "abcdef");
+  sweepFaults([&](FaultSweep& sweep) {
+    UTF8File file(false);
+    file.open(path.c_str(), UTF8File::ModeRead);
+    file.seek(2, 0);
+    const long long size = sweep.during([&] { return file.size(); });
+    EXPECT_EQ(sweep.failures().empty() ? 6 : -1, size);
+    bool wayBackFailed = false;
+    for (const Failure& failure : sweep.failures()) {
+      wayBackFailed |= failure.function == "seekStream" && failure.turn == 1;
+    }
+    EXPECT_EQ(wayBackFailed ? 6 : 2, file.pos());
+  });
+}
+
+TEST(Faults, Paths) {
+  const TempFolder folder;
+  const std::string a = folder / "a";
+  const std::string b = folder / "b";
+  const std::string directory = folder / "directory";
+  struct Row {
+    const char* name;
+    std::string path;
+    std::function<bool(UTF8File& file)> action;
+    Rules rules;
+  };
+  const Row rows[] = {
+      {"mkdir",
+       b,
+       [&](UTF8File& file) { return file.mkdir(b.c_str()); },
+       {{"makeDirectory", GoesOn, EEXIST}, {"makeDirectory", 8}}},
+      {"rmdir",
+       directory,
+       [&](UTF8File& file) { return file.rmdir(directory.c_str()); },
+       {{"removeDirectory", GoesOn, ENOENT}, {"removeDirectory", 10}}},
+      {"remove",
+       a,
+       [&](UTF8File& file) { return file.remove(a.c_str()); },
+       {{"removePath", GoesOn, ENOENT}, {"removePath", 9}}},
+      {"rename",
+       a,
+       [&](UTF8File& file) { return file.rename(a.c_str(), b.c_str()); },
+       {{"renamePath", Silent}}},
+      {"exist", a, [&](UTF8File&) { return UTF8File::exist(a.c_str()); }, {{"statPath", Silent}}},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    sweepFaults([&](FaultSweep& sweep) {
+      std::filesystem::remove_all(b);
+      std::filesystem::create_directory(directory);
+      putFile(a, "1");
+      UTF8File file(true);
+      bool done = false;
+      const std::string thrown = sweep.thrownBy([&] { done = row.action(file); });
+      const std::string expected = sweep.expected(row.rules, row.path);
+      EXPECT_EQ(expected == "(silent)" ? "(nothing)" : expected, thrown);
+      EXPECT_EQ(expected == "(nothing)", done);
+      if (!sweep.failures().empty()) {
+        EXPECT_EQ(2, folder.count()) << "something was changed";
+      }
+    });
+  }
+}
+
+TEST(Faults, LoadWholeFile) {
+  const TempFolder folder;
+  const std::string content(1000, 'x');
+  const Rules rules = {{"openFile", 4},
+                       {"fileStatus", 4},
+                       {"seekFile", 27},
+                       {"readFile", GoesOn, Short},
+                       {"readFile", withoutError(32), Ended},
+                       {"readFile", 26},
+                       {"closeFile", 3}};
+  // What is measured by its status, and what by positions.
+  const std::pair<std::string, std::string> files[] = {{putFile(folder / "a", content), content},
+                                                       {"/dev/null", ""}};
+  for (const auto& [path, bytes] : files) {
+    const char* const name = path.c_str();
+    for (int target = 0; target < 4; ++target) {
+      SCOPED_TRACE(testing::Message() << path << ", target " << target);
+      sweepFaults([&, &wanted = bytes, &place = path](FaultSweep& sweep) {
+        ArrayHolder<char> array;
+        std::string string = "old";
+        ChArr text("old");
+        Bag bag("old", 3);
+        unsigned int size = 0;
+        const std::string thrown = sweep.thrownBy([&] {
+          size = target == 0   ? UTF8File::load(name, array, 1000, true)
+                 : target == 1 ? UTF8File::load(name, string, 1000)
+                 : target == 2 ? UTF8File::load(name, text, 1000, true)
+                               : UTF8File::load(name, bag, 1000, false);
+        });
+        EXPECT_EQ(sweep.expected(rules, place), thrown);
+        const bool done = thrown == "(nothing)";
+        EXPECT_EQ(done ? wanted.size() : 0, size);
+        if (target == 0 && done) {
+          EXPECT_EQ(wanted, array.get());
+        }
+        if (target == 1) {
+          EXPECT_TRUE(done ? string == wanted : string.empty() || string.size() == wanted.size());
+        }
+        EXPECT_EQ(target == 2 && done ? wanted : "old", text.get());
+        EXPECT_EQ(target == 3 && done ? wanted : "old", dataOf(bag));
+      });
+    }
+  }
+}
+
+TEST(Faults, SaveInPlace) {
+  const TempFolder folder;
+  const std::string path = folder / "a";
+  const std::string content(100'000, 'x');
+  const Rules rules = {{"openStream", 4},
+                       {"fileStatus", 4},
+                       {"writeStream", 12, Ended},
+                       {"writeStream", 35},
+                       {"closeStream", 3}};
+  sweepFaults([&](FaultSweep& sweep) {
+    putFile(path, "old");
+    const std::string thrown = sweep.thrownBy([&] { UTF8File::save(path.c_str(), content); });
+    EXPECT_EQ(sweep.expected(rules, path), thrown);
+    if (sweep.failures().empty()) {
+      EXPECT_EQ(content, fileBytes(path));
+    }
+    EXPECT_EQ(1, folder.count());
+  });
+}
+
+TEST(Faults, SaveAtomic) {
+  const TempFolder folder;
+  const std::string file = folder / "a-name-of-some-length";
+  const std::string link = folder / "link";
+  const Rules rules = {
+      // a file that vanishes, or was never there
+      {"pathStatus", GoesOn, ENOENT},
+      {"pathStatus", 4},
+      {"readLink", 4},
+      {"randomBytes", 4},
+      // the name is taken, for a hundred names
+      {"openFile", 4, EEXIST, 99},
+      {"openFile", GoesOn, EEXIST},
+      // the folder, whose synchronising is none of the save's
+      {"openFile", GoesOn, AnyWay, 1},
+      {"syncFile", GoesOn, AnyWay, 1},
+      {"closeFile", GoesOn, AnyWay, 1},
+      {"openFile", 4},
+      {"writeFile", GoesOn, Short},
+      {"writeFile", withoutError(12), Ended},
+      {"writeFile", 35},
+      {"changeOwner", GoesOn},
+      {"changePermissions", 4},
+      {"syncFile", 38},
+      {"closeFile", 3},
+      {"renamePath", 35},
+      {"unlinkPath", GoesOn},
+  };
+  for (const std::string& path : {file, link}) {
+    for (const bool exists : {true, false}) {
+      SCOPED_TRACE(path + (exists ? ", replaced" : ", new"));
+      sweepFaults([&](FaultSweep& sweep) {
+        std::filesystem::remove_all(folder / "");
+        std::filesystem::create_directory(folder / "");
+        if (path == link) {
+          ASSERT_EQ(0, ::symlink("a-name-of-some-length", link.c_str()));
+        }
+        if (exists) {
+          putFile(file, "old");
+          ASSERT_EQ(0, ::chmod(file.c_str(), 0640));
+        }
+        const int entries = folder.count();
+        const std::string thrown =
+            sweep.thrownBy([&] { UTF8File::saveAtomic(path.c_str(), "new", 3); });
+        EXPECT_EQ(sweep.expected(rules, path), thrown);
+        const bool done = thrown == "(nothing)";
+        const bool vanished = sweep.failed("pathStatus", ENOENT);
+        EXPECT_EQ(done ? "new" : exists ? "old" : "(no file)", fileBytes(done ? path : file));
+        if (exists && !vanished) {
+          struct stat info {};
+          ASSERT_EQ(0, ::stat(path.c_str(), &info));
+          EXPECT_EQ(0640U, info.st_mode & 07777U);
+        }
+        if (!vanished) {
+          EXPECT_EQ(path == link, std::filesystem::is_symlink(path));
+          const bool stuck = sweep.failed("unlinkPath");
+          EXPECT_EQ(entries + (done && !exists ? 1 : 0) + (stuck ? 1 : 0), folder.count());
+        }
+      });
+    }
+  }
+}
+
+TEST(Faults, FindFile) {
+  const TempFolder folder;
+  const std::set<std::string> names = {"a", "b", "c"};
+  for (const std::string& name : names) putFile(folder / name, "");
+  const std::string path = folder / "";
+  sweepFaults([&](FaultSweep& sweep) {
+    std::set<std::string> seen;
+    sweep.during([&] {
+      ZFindFile find(path.c_str());
+      const bool opened = find.dir != nullptr;
+      while (find.next()) seen.insert(find.entry->d_name);
+      EXPECT_EQ(nullptr, find.dir);
+      EXPECT_EQ(nullptr, find.entry);
+      EXPECT_NE(opened, sweep.failed("openDirectory"));
+    });
+    EXPECT_TRUE(std::includes(names.begin(), names.end(), seen.begin(), seen.end()));
+    if (!sweep.failed("openDirectory") && !sweep.failed("readDirectory")) {
+      EXPECT_EQ(names, seen);
+    }
+  });
+}
+
+}  // namespace
