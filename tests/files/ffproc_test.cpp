@@ -83,15 +83,6 @@ TEST(ZFindFile, NullMeansTheCurrentDirectory) {
   EXPECT_EQ((Names{"file", "directory.txt", "link"}), namesOf(find));
 }
 
-TEST(ZFindFile, LooksEmptyWhereNothingCanBeOpened) {
-  const Populated populated;
-  for (const char* name : {"missing", "file", "pipe"}) {
-    ZFindFile find((populated.folder / name).c_str());
-    EXPECT_EQ(nullptr, find.dir);
-    EXPECT_EQ(Names(), namesOf(find)) << name;
-  }
-}
-
 TEST(ZFindFile, ClosesTheDirectoryEachWay) {
   const Populated populated;
   const int descriptors = cc::test::openDescriptors();

@@ -1,9 +1,6 @@
 // UTF8File::readLine: tables of pieces and line ends, and a model that reads byte by byte.
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <random>
 #include <vector>

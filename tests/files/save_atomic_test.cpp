@@ -1,11 +1,7 @@
 // UTF8File::saveAtomic: what is kept of the target, and that failures leave it whole and alone.
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -139,25 +135,6 @@ TEST(SaveAtomic, RefusesWhatIsNoRegularFile) {
   EXPECT_EQ(4, folder.count());
 }
 
-TEST(SaveAtomic, FailureToWriteLeavesTheOldFileAlone) {
-  const TempFolder folder;
-  const std::string path = putFile(folder / "a", "old");
-  const pid_t child = ::fork();
-  if (child == 0) {
-    const rlimit limit = {100000, 100000};  // of a file's size: writing stops there
-    ::signal(SIGXFSZ, SIG_IGN);
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-    const std::string big(200000, 'x');
-    const std::string thrown = thrownBy([&] { UTF8File::saveAtomic(path.c_str(), big); });
-    ::_exit(thrown == failure(35, path, EFBIG) ? 0 : 1);
-  }
-  int status = -1;
-  ::waitpid(child, &status, 0);
-  EXPECT_EQ(0, status);
-  EXPECT_EQ("old", fileBytes(path));
-  EXPECT_EQ(1, folder.count()) << "a temporary file is left";
-}
-
 TEST(SaveAtomic, FailedAllocationLeavesTheOldFileAlone) {
   const TempFolder folder;
   // A long path, so that its copies do not fit into strings without an allocation.
@@ -170,24 +147,6 @@ TEST(SaveAtomic, FailedAllocationLeavesTheOldFileAlone) {
     EXPECT_EQ(1, folder.count());
   });
   EXPECT_EQ(descriptors, cc::test::openDescriptors());
-}
-
-TEST(SaveAtomic, ReadersSeeTheOldOrTheNewFileWhole) {
-  const TempFolder folder;
-  const std::string path = putFile(folder / "a", std::string(50000, 'a'));
-  const pid_t child = ::fork();
-  if (child == 0) {
-    for (char c = 'b'; c <= 'z'; ++c) UTF8File::saveAtomic(path.c_str(), std::string(50000, c));
-    ::_exit(0);
-  }
-  int status = -1;
-  while (::waitpid(child, &status, WNOHANG) == 0) {
-    const std::string bytes = fileBytes(path);
-    ASSERT_EQ(50000U, bytes.size());
-    ASSERT_EQ(std::string::npos, bytes.find_first_not_of(bytes[0]));
-  }
-  EXPECT_EQ(0, status);
-  EXPECT_EQ(1, folder.count());
 }
 
 }  // namespace

@@ -27,8 +27,6 @@ std::string dataOf(const Bag& bag) {
   return {bag.getBuffer(), static_cast<std::size_t>(bag.getSize())};
 }
 
-Bag bagOf(const std::string& bytes) { return {bytes.data(), static_cast<int>(bytes.size())}; }
-
 TEST(Load, FillsEveryTarget) {
   const TempFolder folder;
   const std::string contents[] = {"", "abcde", "a\0b\r\n"s, std::string(5000, 'x'),
@@ -192,12 +190,6 @@ TEST(Save, WritesInPlace) {
   UTF8File::save((folder / "new").c_str(), Bag());
   EXPECT_EQ("", fileBytes(folder / "new"));
   EXPECT_EQ(2, folder.count());
-
-  const std::string missing = folder / "missing/a";
-  const std::string big(100000, 'x');
-  EXPECT_EQ(failure(4, missing, ENOENT), thrownBy([&] { UTF8File::save(missing.c_str(), big); }));
-  EXPECT_EQ(failure(35, "/dev/full", ENOSPC), thrownBy([&] { UTF8File::save("/dev/full", big); }));
-  EXPECT_EQ(failure(3, "/dev/full", ENOSPC), thrownBy([&] { UTF8File::save("/dev/full", "x"s); }));
 }
 
 TEST(Records, BytesOnTheStream) {
@@ -259,19 +251,6 @@ TEST(Records, EveryPrefixOfARecordLeavesTheBag) {
       EXPECT_EQ("old", dataOf(bag));
     }
   }
-}
-
-TEST(Records, PushStopsAtTheFirstFailure) {
-  const TempFolder folder;
-  UTF8File file(false);
-  file.open(putFile(folder / "a", "").c_str(), UTF8File::ModeRead);
-  Bag bag = bagOf("abc");
-  EXPECT_FALSE(file.push(bag));
-  EXPECT_EQ("abc", dataOf(bag));
-  UTF8File full(false);
-  full.open("/dev/full", UTF8File::ModeUpdate);
-  Bag big = bagOf(std::string(100000, 'x'));
-  EXPECT_FALSE(full.push(big));
 }
 
 TEST(Records, FailedAllocationLeavesTheBag) {

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
 #include <climits>
 #include <cmath>
 #include <cstring>
@@ -20,11 +19,9 @@
 namespace {
 
 using cc::test::CommaLocale;
-using cc::test::failure;
 using cc::test::fileBytes;
 using cc::test::plainFormat;
 using cc::test::TempFolder;
-using cc::test::thrownBy;
 
 const PairTag rights[] = {{"r", 1}, {"w", 2}, {"x", 4}, {nullptr, 0}};
 const PairTag overlapping[] = {{"none", 0}, {"rw", 3}, {"w<", 2}, {"top", INT_MIN}, {nullptr, 0}};
@@ -295,25 +292,6 @@ TEST(Writer, FileAndBagGetTheSame) {
   out.write("z");
   EXPECT_EQ("y", fileBytes(path));
   EXPECT_EQ(static_cast<int>(expected.size()) + 1, bag.getSize());
-}
-
-TEST(Writer, FileFailuresAreThrown) {
-  const TempFolder folder;
-  const std::string missing = folder / "missing/x";
-  MLDocOut out;
-  EXPECT_EQ(failure(4, missing, ENOENT), thrownBy([&] { out.begin(missing.c_str()); }));
-  EXPECT_TRUE(out.begin("/dev/full"));
-  const std::string large(1 << 20, 'x');
-  EXPECT_EQ(failure(35, "/dev/full", ENOSPC), thrownBy([&] { out.write(large.c_str()); }));
-  thrownBy([&] { out.end(); });
-  EXPECT_TRUE(out.begin("/dev/full"));
-  out.write("x");
-  EXPECT_EQ(failure(3, "/dev/full", ENOSPC), thrownBy([&] { out.end(); }));
-  const std::string path = folder / "good";
-  EXPECT_TRUE(out.begin(path.c_str()));
-  out.write("x");
-  out.end();
-  EXPECT_EQ("x", fileBytes(path));
 }
 
 TEST(Writer, AFailedAllocationLosesNothing) {

@@ -258,14 +258,6 @@ TEST(RunDetector, UnlockRemovesOnlyItsOwnFile) {
   }
 }
 
-TEST(RunDetector, FailsWhereNoFileCanBeWritten) {
-  const PidFolder folder;
-  RunDetector missing("missing/a", nullptr);
-  EXPECT_EQ(RunDetector::NoPidFile, missing.getState());
-  EXPECT_FALSE(missing.lock());
-  EXPECT_EQ(0, folder.count());
-}
-
 TEST(RunDetector, WaitsForTheAdvisoryLockButNotForEver) {
   using Clock = std::chrono::steady_clock;
   const PidFolder folder;
