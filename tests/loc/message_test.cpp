@@ -170,7 +170,7 @@ TEST(Message, StaysWholeWhenMemoryRunsOut) {
       {"literal", [](TTT& m, const std::string& text, const Bag&) { m <= text.c_str(); }},
       {"slice", [](TTT& m, const std::string& t, const Bag&) { m <= ChPair(t.c_str()); }},
       {"argument", [](TTT& m, const std::string& text, const Bag&) { m << text.c_str(); }},
-      {"number", [](TTT& m, const std::string&, const Bag&) { m << 1 << 2 << 3; }},
+      {"number", [](TTT& m, const std::string&, const Bag&) { m << 1; }},
       {"message", [](TTT& m, const std::string& text, const Bag&) { m <= TTT(text); }},
       {"bag", [](TTT& m, const std::string&, const Bag& bag) { m <= bag; }},
       {"itself", [](TTT& m, const std::string&, const Bag&) { m <= m; }},
