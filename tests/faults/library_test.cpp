@@ -63,7 +63,6 @@ class TestModule : public Loc::IdModule {
 TEST(Faults, Module) {
   const loc_test::EtcDir etc;
   etc.put("m.eng.lng", LngFile({"new"}, 7).bytes());
-  const std::string prefix = "Localization loading failed: ";
   const std::string file = "\n(file: " + etc.path + "m.eng.lng)";
   for (const bool mandatory : {true, false}) {
     sweepFaults([&](FaultSweep& sweep) {
@@ -74,10 +73,9 @@ TEST(Faults, Module) {
       const bool read = opened && !sweep.failed("readStream");
       EXPECT_STREQ(read ? "new" : "old", module.dictionary.getString(0));
       EXPECT_EQ(read || (!opened && !mandatory), result);
-      EXPECT_EQ(result   ? ""
-                : opened ? prefix + "Error during file reading" + file
-                         : prefix + "Could not find or access localization" + file,
-                error);
+      const char* const reason =
+          opened ? "Error during file reading" : "Could not find or access localization";
+      EXPECT_EQ(result ? "" : "Localization loading failed: " + std::string(reason) + file, error);
     });
   }
 }
