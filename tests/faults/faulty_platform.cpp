@@ -167,7 +167,8 @@ CC_ONLY(unsigned int, upperWide, (unsigned int character), (character))
 CC_ONLY(long long, parseSigned, (const char* s, char** end), (s, end))
 CC_ONLY(unsigned long long, parseUnsigned, (const char* s, char** end), (s, end))
 CC_ONLY(double, parseDouble, (const char* s, char** end), (s, end))
-CC_ONLY(double, parseDoubleInC, (const char* s, char** end), (s, end))
+CC_ONLY(int, formatText, (char* buf, std::size_t size, const char* format, va_list args),
+        (buf, size, format, args))
 CC_EITHER(bool, false, localTime, (std::time_t t, std::tm& out), (t, out))
 CC_EITHER(std::size_t, 0, formatTime,
           (char* buf, std::size_t size, const char* format, const std::tm& time),

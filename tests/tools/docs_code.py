@@ -10,7 +10,8 @@ The first line of a block says where its content comes from:
     ```text output=x                         what example x prints
 
 `file=` works for every language; in files with other comments the marks stand behind # or <!--.
-A block of C++ has to have it. With --fill, blocks that differ are written anew.
+A block of C++ has to have it. Files that the text links or names, as in `docs/abi.md`, have to be
+there. With --fill, blocks that differ are written anew.
 """
 
 import argparse
@@ -23,7 +24,11 @@ import examples
 
 ROOT = examples.ROOT
 FENCE = re.compile(r"^```(\w+)?((?: +[\w]+=[^\s=]+)*)[ \t]*$")
+LINK = re.compile(r"\]\(([^)#:]+)[^)]*\)")
+NAMED = re.compile(r"`([\w.-]+/[\w./-]+)`")
 MARK = re.compile(r"^\s*(?://|#|<!--) \[(/?)([\w-]+)\](?: -->)?$")
+
+FOLDERS = {path.name for path in ROOT.iterdir() if path.is_dir()} - {"build"}
 
 
 def region(lines, name):
@@ -77,6 +82,7 @@ class Page:
             line = self.lines[number]
             self.new.append(line)
             if not line.startswith("```"):
+                self.check_names(number, line)
                 number += 1
                 continue
             end = number + 1
@@ -88,6 +94,12 @@ class Page:
                 return
             self.new += self.block(number, self.lines[number + 1:end], build) + ["```"]
             number = end + 1
+
+    def check_names(self, number, line):
+        named = [ROOT / name for name in NAMED.findall(line) if name.split("/")[0] in FOLDERS]
+        for path in [self.path.parent / link for link in LINK.findall(line)] + named:
+            if not path.exists():
+                self.problem(number, f"there is no {path.relative_to(ROOT)}")
 
     def block(self, number, held, build):
         fence = FENCE.match(self.lines[number])
@@ -116,7 +128,7 @@ def main():
     parser.add_argument("--fill", action="store_true", help="write the blocks that differ anew")
     options = parser.parse_args()
     blocks = failed = 0
-    for path in [ROOT / "README.md", *sorted((ROOT / "docs").rglob("*.md"))]:
+    for path in [*sorted(ROOT.glob("*.md")), *sorted((ROOT / "docs").rglob("*.md"))]:
         page = Page(path)
         page.check(options.build.resolve())
         blocks += page.blocks
