@@ -84,6 +84,50 @@ TEST(Texts, ReadAsOneMessage) {
        "Не удалось открыть файл.\n"
        "Файл: /nonexistent/file\n"
        "Сообщение системы: No such file or directory"},
+      {"ita",
+       "Il documento contiene un errore.\n"
+       "In un tag manca il nome dell’elemento. Il nome va scritto subito dopo «<» o «</»; il "
+       "carattere «<» stesso si scrive «&lt;».\n"
+       "Nome file: settings.xml\n"
+       "Riga 2, colonna 5",
+       "Impossibile aprire il file.\n"
+       "Nome file: /nonexistent/file\n"
+       "Messaggio di sistema: No such file or directory"},
+      {"por",
+       "O documento contém um erro.\n"
+       "Uma tag não tem nome de elemento. O nome vem logo após “<” ou “</”; o próprio caractere "
+       "“<” é escrito como “&lt;”.\n"
+       "Arquivo: settings.xml\n"
+       "Linha 2, coluna 5",
+       "Não foi possível abrir o arquivo.\n"
+       "Arquivo: /nonexistent/file\n"
+       "Mensagem do sistema: No such file or directory"},
+      {"pol",
+       "Dokument zawiera błąd.\n"
+       "W znaczniku brakuje nazwy elementu. Nazwę podaje się bezpośrednio po „<” lub „</”; sam "
+       "znak „<” zapisuje się jako „&lt;”.\n"
+       "Plik: settings.xml\n"
+       "Wiersz 2, kolumna 5",
+       "Nie udało się otworzyć pliku.\n"
+       "Plik: /nonexistent/file\n"
+       "Komunikat systemu: No such file or directory"},
+      {"ukr",
+       "Документ містить помилку.\n"
+       "У тегу немає назви елемента. Назву вказують одразу після «<» або «</»; сам символ «<» "
+       "записують як «&lt;».\n"
+       "Файл: settings.xml\n"
+       "Рядок 2, стовпець 5",
+       "Не вдалося відкрити файл.\n"
+       "Файл: /nonexistent/file\n"
+       "Повідомлення системи: No such file or directory"},
+      {"zho",
+       "文档包含错误。\n"
+       "标签中没有元素名称。名称应紧跟在“<”或“</”之后；字符“<”本身应写成“&lt;”。\n"
+       "文件：settings.xml\n"
+       "第 2 行，第 5 列",
+       "无法打开文件。\n"
+       "文件：/nonexistent/file\n"
+       "系统消息：No such file or directory"},
   };
   Loc::Loader loader;
   loader.append(new Loc::CommonCoreModule);

@@ -33,10 +33,18 @@ QUOTES = {
     "fra": ("«\u00a0", "\u00a0»", r"[“”„\"']|«(?!\u00a0)|(?<!\u00a0)»"),
     "spa": ("«", "»", r"[“”„\"']|« | »"),
     "rus": ("«", "»", r"[“”„\"']|« | »"),
+    "ita": ("«", "»", r"[“”„\"']|« | »"),
+    "por": ("“", "”", r"[«»„\"']"),
+    "pol": ("„", "”", r"[«»“\"']"),
+    "ukr": ("«", "»", r"[“”„\"']|« | »"),
+    "zho": ("“", "”", r"[«»„\"']"),
 }
+# A punctuation mark that is not written as the language writes it.
 PUNCTUATION = {
     "fra": r"(?<![\u00a0\u202f\d:])[:](?![:])|(?<!\u202f);|(?<!\u202f)[!?]",
+    "zho": r"(?<!“)[.,:;?!()](?!”)|[，。；：（）“”、] | [，。；：（）“”、]",
 }
+FULL_STOPS = {"zho": "。"}
 
 problems = []
 
@@ -58,30 +66,31 @@ def check_text(name, language, number, text):
         problems.append(f"{name}.{language}.xml: message {number}: {what}")
 
     body = text
+    full_stop = FULL_STOPS.get(language, ".")
     if (name, number) in FOLLOWING:
         if not text.startswith("\n"):
             report("does not begin with a line break")
         body = text.removeprefix("\n")
     elif (name, number) == HEADING:
-        if not text.endswith(".\n"):
+        if not text.endswith(full_stop + "\n"):
             report("does not end with a full stop and a line break")
         body = text.removesuffix("\n")
-    elif not text.endswith("."):
+    elif not text.endswith(full_stop):
         report("does not end with a full stop")
     if "\n" in body:
         report("has a line break inside")
-    if not body[:1].isupper() and not body.startswith(("\"&", "„&", "«")):
+    if body[:1].islower() or not (body[:1].isalpha() or body.startswith(("\"&", "„&", "«", "“"))):
         report("does not begin like a sentence")
     if re.findall(r"%.?", text) != PLACEHOLDERS[name].get(number, []):
         report("has other placeholders")
     # Entities, attributes and the quote that a text shows are no prose.
     prose = re.sub(r"&(amp|lt|gt|quot|apos);", "&", text)
-    prose = re.sub(r"\w+=\"\w+\"|\(\"\)", "", prose)
+    prose = re.sub(r"\w+=\"\w+\"|[(（]\"[)）]", "", prose)
     for pattern in FORBIDDEN_EVERYWHERE:
         if re.search(pattern, body):
             report(f"holds {pattern!r}")
     if language in PUNCTUATION and re.search(PUNCTUATION[language], prose):
-        report("lacks a no-break space before a punctuation mark")
+        report("has a punctuation mark of another language")
     if language in QUOTES:
         opening, closing, wrong = QUOTES[language]
         if prose.count(opening) != prose.count(closing):
@@ -131,7 +140,7 @@ def check_compiled(path, texts, folder):
             problems.append(f"{path.name}: compiled to other bytes ({order})")
 
 
-if len(DOCUMENTS) < 5 * len(COUNTS):
+if len(DOCUMENTS) < 10 * len(COUNTS):
     problems.append(f"only {len(DOCUMENTS)} documents in data/")
 with tempfile.TemporaryDirectory() as temporary:
     for document in DOCUMENTS:

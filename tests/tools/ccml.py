@@ -102,13 +102,16 @@ def check_output():
         ([], {"LC_ALL": "C", "LANG": "de_DE.UTF-8"}, english),
         ([], {"LANG": "xx_XX"}, english),
         (["--lang=deu"], {"LANG": "fr_FR"}, german),
+        ([], {"LANG": "zh_CN.UTF-8"}, "bad.xml:2:3: error: 标签中没有元素名称。"),
     ]:
         result = run("check", *options, "bad.xml", environment=environment)
         expect(f"{options} {environment}", start, result.stdout.decode()[: len(start)])
         expect(f"code of {options}", 1, result.returncode)
     for language, words in [("eng", "Documents: 2"), ("deu", "Dokumente: 2"),
                             ("fra", "Documents\u00a0: 2"), ("spa", "Documentos: 2"),
-                            ("rus", "Документов: 2")]:
+                            ("rus", "Документов: 2"), ("ita", "Documenti: 2"),
+                            ("por", "Documentos: 2"), ("pol", "Dokumenty: 2"),
+                            ("ukr", "Документів: 2"), ("zho", "文档：2")]:
         result = run("check", "--summary", "--lang", language, "-", "bad.xml", input=b"<a/>")
         expect(f"summary in {language}", words, result.stdout.decode().splitlines()[-1][: len(words)])
     result = run("check", "missing.xml", "bad.xml")

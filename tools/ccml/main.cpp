@@ -53,8 +53,8 @@ input.
 Findings of check are its output; those of the other commands go to the error
 stream.
 
-  --lang LNG  the language of messages: eng, deu, fra, spa, rus; without it the
-              language of the environment
+  --lang LNG  the language of messages: deu, eng, fra, ita, pol, por, rus, spa,
+              ukr, zho; without it the language of the environment
   --help      prints this text
   --version   prints the version
 

@@ -16,8 +16,9 @@ namespace ccml {
 namespace {
 
 constexpr std::pair<std::string_view, const char*> languages[] = {
-    {"cs", "ces"}, {"de", "deu"}, {"es", "spa"}, {"fr", "fra"}, {"it", "ita"}, {"nl", "nld"},
-    {"pl", "pol"}, {"pt", "por"}, {"ru", "rus"}, {"sv", "swe"}, {"tr", "tur"}, {"uk", "ukr"},
+    {"cs", "ces"}, {"de", "deu"}, {"es", "spa"}, {"fr", "fra"}, {"it", "ita"},
+    {"nl", "nld"}, {"pl", "pol"}, {"pt", "por"}, {"ru", "rus"}, {"sv", "swe"},
+    {"tr", "tur"}, {"uk", "ukr"}, {"zh", "zho"},
 };
 
 const char* environmentLanguage() {
