@@ -51,7 +51,7 @@ function(add_cc_script name)
   set_property(
     TEST ${CC_BUILD_NAME}.${name}
     PROPERTY ENVIRONMENT "CC_SOURCE_DIR=${PROJECT_SOURCE_DIR}" "CC_BUILD_DIR=${PROJECT_BINARY_DIR}"
-             "CC_BITS=${CC_BITS}" "CC_RUN=${run}" "CCML=${ccml}" "CCLNG=${cclng}"
+             "CC_BITS=${CC_BITS}" "CC_GETTEXTPO=${CC_GETTEXTPO}" "CC_RUN=${run}" "CCML=${ccml}" "CCLNG=${cclng}"
              "COMMON_CORE_ETC_DIR=${CC_LNG_DIR}")
   set_property(TEST ${CC_BUILD_NAME}.${name} PROPERTY TIMEOUT 120)
 endfunction()

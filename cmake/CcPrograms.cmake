@@ -20,12 +20,29 @@ if(sources)
   target_compile_definitions(cc_tools_common PUBLIC "CC_VERSION=\"${PROJECT_VERSION}\"")
 endif()
 
+# gettext's library for PO files, where there is one of this word size.
+include(CheckCXXSourceCompiles)
+set(CMAKE_REQUIRED_LIBRARIES gettextpo)
+check_cxx_source_compiles("#include <gettext-po.h>
+                           int main() { return libgettextpo_version == 0; }" CC_GETTEXTPO)
+unset(CMAKE_REQUIRED_LIBRARIES)
+
 foreach(tool IN ITEMS cclng ccml)
   file(GLOB sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tools/${tool}/*.cpp")
   if(sources)
     add_cc_program(${tool} ${sources})
   endif()
 endforeach()
+if(TARGET cclng)
+  set(po "${PROJECT_SOURCE_DIR}/tools/cclng/po")
+  target_include_directories(cclng PRIVATE "${PROJECT_SOURCE_DIR}/tools/cclng")
+  if(CC_GETTEXTPO)
+    target_sources(cclng PRIVATE "${po}/gettext.cpp")
+    target_link_libraries(cclng PRIVATE gettextpo)
+  else()
+    target_sources(cclng PRIVATE "${po}/none.cpp")
+  endif()
+endif()
 
 # A file is a program, a folder is a program of several files.
 file(GLOB entries CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/examples/*.cpp"

@@ -1,34 +1,18 @@
 """Runs cclng: every command, every kind of finding with its place, and the exit codes."""
 
 import os
+import re
 import struct
 import subprocess
-import sys
-import tempfile
+
+from support.harness import expect, get, main, put
 
 CCLNG = os.environ["CCLNG"]
-failures = []
 
 
 def run(*arguments, etc="/nonexistent/", **options):
     environment = dict(os.environ, COMMON_CORE_ETC_DIR=etc)
     return subprocess.run([CCLNG, *arguments], capture_output=True, env=environment, **options)
-
-
-def expect(what, expected, got):
-    if expected != got:
-        failures.append(f"{what}:\n  expected {expected!r}\n  got      {got!r}")
-
-
-def put(name, content):
-    with open(name, "wb") as file:
-        file.write(content if isinstance(content, bytes) else content.encode())
-    return name
-
-
-def get(name):
-    with open(name, "rb") as file:
-        return file.read()
 
 
 def lng(stamp, texts, order="<"):
@@ -102,6 +86,8 @@ DOCUMENTS = [
      ["3:1: \"1x\" is no message number from 0 to 99999.",
       "4:1: \"-1\" is no message number from 0 to 99999.",
       "5:1: \"100000\" is no message number from 0 to 99999."]),
+    (document('<message number="0" note="&x;">a</message>'),
+     ["2:27: Message 34 of the dictionary common_core."]),
     # numbers
     (document(message(1, "a"), message(1, "b"), message(3, "c"), message(99, "d")),
      ["1:1: Message 0 is missing.", "1:1: Message 2 is missing.",
@@ -286,11 +272,102 @@ def test_command_lines():
            (result.returncode, result.stderr))
 
 
-with tempfile.TemporaryDirectory() as folder:
-    os.chdir(folder)
-    for test in [test_check, test_check_many, test_compile_and_decompile,
-                 test_decompile_foreign_files, test_header, test_command_lines]:
-        test()
-    os.chdir("/")
-print("\n".join(failures))
-sys.exit(1 if failures else 0)
+PO_TRANSLATION = ('<?xml version="1.0" encoding="UTF-8"?>\n<!-- One.\n     Two. -->\n' +
+                  document('  <message number="0" note="&quot;a&quot; &lt; b">%s ist da.</message>',
+                           "  " + message(1, "%d/%d\n%% &gt;"), head='name="m" language="deu"'))
+
+# What is replaced in the PO file of that translation and by what, the findings
+# of importing it, and whether msgfmt has something against it too.
+PO_CHANGES = [
+    ("", '#~ msgctxt "9"\n#~ msgid "old"\n#~ msgstr "alt"\n\n', [], False),
+    ('#, c-format\nmsgctxt "0"', '#, fuzzy, c-format\nmsgctxt "0"',
+     ["Messages that are marked as fuzzy: 1. They count as not translated.",
+      "1:1: Message 0 is missing."], False),
+    ('msgid "Saved', 'msgid "Kept',
+     ["Messages that are translated from another text than that of the reference: 1. They count as "
+      "not translated.", "1:1: Message 0 is missing."], False),
+    ('msgstr "%s ist da."', 'msgstr ""', ["1:1: Message 0 is missing."], False),
+    ("%s ist", "%d ist", ["Message 0 has the placeholders %d, but the reference has %s."], True),
+    ("%d/%d", "%2$d/%1$d",
+     ['Message 1 holds "%2", which is no placeholder. Write a percent sign as "%%".',
+      "Message 1 has the placeholders none, but the reference has %d %d."], False),
+    ('msgctxt "0"', 'msgctxt "7"',
+     ['The context "7" is no message number of the reference.', "1:1: Message 0 is missing."],
+     False),
+    ('msgctxt "0"\n', "", ['The entry of "Saved %s." has no message number for its context.',
+                          "1:1: Message 0 is missing."], False),
+    ('msgstr "%s ist da."', 'msgid_plural "%s"\nmsgstr[0] "%s"\nmsgstr[1] "%s"',
+     ["Message 0 has plural forms, which dictionaries do not have.",
+      "1:1: Message 0 is missing."], True),
+    ("%s ist", "%s \U0001f600", ["Message 0 holds a character of more than three bytes.",
+                                "1:1: Message 0 is missing."], False),
+    ("charset=UTF-8", "charset=ISO-8859-1",
+     ['1:1: The header says that the text is in "ISO-8859-1" instead of UTF-8; msgconv converts '
+      "it."], False),
+    ('"Language: de', '"Language: ', ["1:1: The header names no language."], False),
+    ('msgstr "%s', 'msgstr %s"', ['19: keyword "s" unknown', "19:9: syntax error"], True),
+]
+
+
+def test_po():
+    put("m.eng.xml", document('<message number="0" note="Last.">Saved %s.</message>',
+                              message(1, "%d of %d &lt;&amp;&gt;\n100%% \u00e9")))
+    if not os.environ["CC_GETTEXTPO"]:
+        for command in [["po-export", "m.eng.xml"], ["po-import", "m.eng.xml", "none.po"]]:
+            result = run(*command)
+            expect(command, (3, True), (result.returncode, b"without gettext" in result.stderr))
+        return
+    put("m.deu.xml", PO_TRANSLATION)
+    expect("export", 0, run("po-export", "m.eng.xml", "m.deu.xml", "-o", "deu.po").returncode)
+    po = get("deu.po").decode()
+    for what in ["# One.\n# Two.\n", '"Language: de\\n"', '# "a" < b\n#. Last.\n'
+                 "#. Arguments, in this order: a text.\n#: m.eng.xml:2\n#, c-format\n"]:
+        expect(what, True, what in po)
+    for old, by, findings, fatal in PO_CHANGES:
+        put("new.po", po.replace(old, by, 1))
+        put("m.deu.xml", "old")
+        result = run("po-import", "m.eng.xml", "new.po", "-o", "m.deu.xml")
+        expect(f"findings of {by!r}", findings, [x.removeprefix(" error: ").removeprefix("error: ")
+                                                 for x in findings_of(result, "new.po")])
+        expect(f"code of {by!r}", 1 if findings else 0, result.returncode)
+        expect(f"document of {by!r}", "old" if findings else PO_TRANSLATION,
+               get("m.deu.xml").decode())
+        msgfmt = subprocess.run(["msgfmt", "-c", "-o", "/dev/null", "new.po"], check=False,
+                                stderr=subprocess.DEVNULL)
+        expect(f"msgfmt of {by!r}", 1 if fatal else 0, msgfmt.returncode)
+    # what an older translation lacks is for translators to do
+    put("m.deu.xml", document(message(1, "%d"), head='name="m" language="deu" stamp="1"'))
+    partial = run("po-export", "m.eng.xml", "m.deu.xml").stdout
+    expect("missing and changed", (True, True),
+           (b'msgid "Saved %s."\nmsgstr ""\n' in partial, b"#, fuzzy, c-format" in partial))
+    # from a template by way of gettext's tools
+    run("po-export", "m.eng.xml", "-o", "m.pot")
+    subprocess.run(["msgen", "-o", "en.po", "m.pot"], check=True)
+    put("fr.po", re.sub(b"Language: [^\\\\]*", b"Language: fr_CA", get("en.po")))
+    result = run("po-import", "m.eng.xml", "fr.po")
+    expect("from a template", (0, b"", True), (result.returncode, result.stderr,
+                                               b'language="fra"' in result.stdout))
+    for arguments, code in [(["po-export", "none.xml"], 2), (["po-export", "m.eng.xml", "n.xml"], 2),
+                            (["po-import", "m.eng.xml", "none.po"], 2), (["po-export"], 3),
+                            (["po-import", "m.eng.xml", "."], 2), (["po-import", "m.eng.xml"], 3),
+                            (["po-export", "m.eng.xml", "-o", "no/x"], 2)]:
+        expect(arguments, code, run(*arguments).returncode)
+
+
+def test_po_of_the_product():
+    """From each document in data/ to a PO file and back: not a byte is lost."""
+    if not os.environ["CC_GETTEXTPO"]:
+        return
+    data = os.path.join(os.environ["CC_SOURCE_DIR"], "data")
+    for name in sorted(os.listdir(data)):
+        reference = os.path.join(data, name.split(".")[0] + ".eng.xml")
+        run("po-export", reference, os.path.join(data, name), "-o", "data.po")
+        subprocess.run(["msgfmt", "-c", "-o", "/dev/null", "data.po"], check=True,
+                       stderr=subprocess.DEVNULL)
+        result = run("po-import", reference, "data.po", "-o", name)
+        expect(name, (0, b""), (result.returncode, result.stderr))
+        expect(name, get(os.path.join(data, name)), get(name))
+
+
+main(test_check, test_check_many, test_compile_and_decompile, test_decompile_foreign_files,
+     test_header, test_po, test_po_of_the_product, test_command_lines)

@@ -3,34 +3,17 @@
 import json
 import os
 import subprocess
-import sys
-import tempfile
+
+from support.harness import expect, get, main, put
 
 CCML = os.environ["CCML"]
 ETC = os.environ["COMMON_CORE_ETC_DIR"]
-failures = []
 
 
 def run(*arguments, **options):
     environment = {"PATH": os.environ["PATH"], "COMMON_CORE_ETC_DIR": ETC,
                    **options.pop("environment", {})}
     return subprocess.run([CCML, *arguments], capture_output=True, env=environment, **options)
-
-
-def expect(what, expected, got):
-    if expected != got:
-        failures.append(f"{what}:\n  expected {expected!r}\n  got      {got!r}")
-
-
-def put(name, content):
-    with open(name, "wb") as file:
-        file.write(content if isinstance(content, bytes) else content.encode())
-    return name
-
-
-def get(name):
-    with open(name, "rb") as file:
-        return file.read()
 
 
 def findings(content, *options):
@@ -212,15 +195,4 @@ def check_outline_and_query():
             expect(f"query {path}", output, result.stdout.decode())
 
 
-with tempfile.TemporaryDirectory() as folder:
-    os.chdir(folder)
-    check_findings()
-    check_output()
-    check_usage()
-    check_format()
-    check_outline_and_query()
-
-for failure in failures:
-    print(failure)
-print(f"{len(failures)} failures")
-sys.exit(1 if failures else 0)
+main(check_findings, check_output, check_usage, check_format, check_outline_and_query)

@@ -12,12 +12,6 @@ namespace cclng {
 
 namespace {
 
-std::string hex(std::uint32_t stamp) {
-  std::array<char, 9> digits{};
-  std::snprintf(digits.data(), digits.size(), "%08x", static_cast<unsigned int>(stamp));
-  return digits.data();
-}
-
 std::string quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
 
 // 32-bit FNV-1a.
@@ -39,15 +33,6 @@ std::string missing(int first, int last) {
   return "Messages " + std::to_string(first) + " to " + std::to_string(last) + " are missing.";
 }
 
-// The messages by number; of those with the same number, by place.
-std::vector<const Message*> sorted(const Catalogue& catalogue) {
-  std::vector<const Message*> list;
-  for (const Message& message : catalogue.messages) list.push_back(&message);
-  std::stable_sort(list.begin(), list.end(),
-                   [](const Message* a, const Message* b) { return a->number < b->number; });
-  return list;
-}
-
 }  // namespace
 
 void Findings::print() {
@@ -59,11 +44,25 @@ void Findings::print() {
   }
 }
 
+std::string hex(std::uint32_t stamp) {
+  std::array<char, 9> digits{};
+  std::snprintf(digits.data(), digits.size(), "%08x", static_cast<unsigned int>(stamp));
+  return digits.data();
+}
+
+std::vector<const Message*> Catalogue::sorted() const {
+  std::vector<const Message*> list;
+  for (const Message& message : messages) list.push_back(&message);
+  std::stable_sort(list.begin(), list.end(),
+                   [](const Message* a, const Message* b) { return a->number < b->number; });
+  return list;
+}
+
 std::uint32_t Catalogue::stamp() const {
   if (givenStamp) return *givenStamp;
   std::uint32_t state = 2166136261u;
   hash(state, name + "\n");
-  for (const Message* message : sorted(*this)) {
+  for (const Message* message : sorted()) {
     hash(state, std::to_string(message->number) + placeholders(message->text) + "\n");
   }
   return state;
@@ -71,7 +70,7 @@ std::uint32_t Catalogue::stamp() const {
 
 std::vector<std::string> Catalogue::texts() const {
   std::vector<std::string> list;
-  for (const Message* message : sorted(*this)) list.push_back(message->text);
+  for (const Message* message : sorted()) list.push_back(message->text);
   return list;
 }
 
@@ -99,11 +98,11 @@ std::string placeholders(std::string_view text, std::string* unknown) {
   return sequence;
 }
 
-void check_numbers(const Catalogue& catalogue, int count, Findings& findings) {
+void check_numbers(const Catalogue& catalogue, int count, Gaps gaps, Findings& findings) {
   if (catalogue.place.line == 0) return;
   int next = 0;
   const Message* previous = nullptr;
-  for (const Message* message : sorted(catalogue)) {
+  for (const Message* message : catalogue.sorted()) {
     if (previous && message->number == previous->number) {
       findings.add(message->place, "Message " + std::to_string(message->number) +
                                        " stands twice; the first is on line " +
@@ -116,11 +115,12 @@ void check_numbers(const Catalogue& catalogue, int count, Findings& findings) {
                    "The reference has no message " + std::to_string(message->number) + ".");
       continue;
     }
-    if (message->number > next) {
+    if (gaps == Gaps::Wrong && message->number > next) {
       findings.add(catalogue.place, missing(next, message->number - 1));
     }
     next = message->number + 1;
   }
+  if (gaps == Gaps::Allowed) return;
   if (next < count) findings.add(catalogue.place, missing(next, count - 1));
   if (count < 0 && next == 0) findings.add(catalogue.place, "The dictionary holds no message.");
 }
@@ -136,13 +136,16 @@ void check_placeholders(const Catalogue& catalogue, Findings& findings) {
   }
 }
 
+void check_name(const Catalogue& catalogue, const Catalogue& reference, Findings& findings) {
+  if (catalogue.place.line == 0 || catalogue.name == reference.name) return;
+  findings.add(catalogue.place, "The name is " + quoted(catalogue.name) +
+                                    ", but that of the reference is " + quoted(reference.name) +
+                                    ".");
+}
+
 void check_against(const Catalogue& catalogue, const Catalogue& reference, Findings& findings) {
   if (catalogue.place.line == 0) return;
-  if (catalogue.name != reference.name) {
-    findings.add(catalogue.place, "The name is " + quoted(catalogue.name) +
-                                      ", but that of the reference is " + quoted(reference.name) +
-                                      ".");
-  }
+  check_name(catalogue, reference, findings);
   // Two derived stamps differ only where names, numbers or placeholders do.
   const bool given = catalogue.givenStamp || reference.givenStamp;
   if (given && catalogue.stamp() != reference.stamp()) {
@@ -150,7 +153,7 @@ void check_against(const Catalogue& catalogue, const Catalogue& reference, Findi
                                       ", but that of the reference is " + hex(reference.stamp()) +
                                       ".");
   }
-  check_numbers(catalogue, static_cast<int>(reference.messages.size()), findings);
+  check_numbers(catalogue, static_cast<int>(reference.messages.size()), Gaps::Wrong, findings);
   for (const Message& message : catalogue.messages) {
     const Message* original = reference.find(message.number);
     if (!original) continue;

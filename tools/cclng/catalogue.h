@@ -38,11 +38,13 @@ class Findings {
 struct Message {
   int number = 0;
   Place place;
-  std::string text;  // entities decoded
+  std::string text;  // entities decoded, as in the note
+  std::string note;  // for translators
 };
 
 struct Catalogue {
-  Place place;  // of the root element
+  Place place;          // of the root element
+  std::string comment;  // what stands in front of it; the space around each line is left out
   std::string name;
   std::string language;
   std::optional<std::uint32_t> givenStamp;
@@ -51,6 +53,8 @@ struct Catalogue {
   // The stamp that the document gives, else one made from what a program depends on: the name, the
   // numbers and the placeholders of every message.
   std::uint32_t stamp() const;
+  // The messages by number; of those with the same number, by place.
+  std::vector<const Message*> sorted() const;
   // The texts by number; the catalogue has passed `check_numbers`.
   std::vector<std::string> texts() const;
   // The message with this number, or null.
@@ -68,14 +72,25 @@ std::string placeholders(std::string_view text, std::string* unknown = nullptr);
 // is in the result all the same. Throws `TTT` when the file cannot be read.
 Catalogue read_catalogue(const std::string& path, Findings& findings);
 
+// The document of a catalogue, which reading turns into the same catalogue again. Messages without
+// a note and a catalogue without a comment have none.
+std::string write_catalogue(const Catalogue& catalogue);
+
+enum class Gaps { Wrong, Allowed };
+
 // Every number from 0 up to `count` once, none above. A negative `count` means the largest number
-// that the catalogue holds.
-void check_numbers(const Catalogue& catalogue, int count, Findings& findings);
+// that the catalogue holds. With gaps allowed, numbers may be missing.
+void check_numbers(const Catalogue& catalogue, int count, Gaps gaps, Findings& findings);
+// The same name as the reference.
+void check_name(const Catalogue& catalogue, const Catalogue& reference, Findings& findings);
 // Every placeholder is one that rendering knows.
 void check_placeholders(const Catalogue& catalogue, Findings& findings);
 // The same name, stamp, numbers and placeholders as the reference, which is without findings.
 void check_against(const Catalogue& catalogue, const Catalogue& reference, Findings& findings);
 // A file called "name.language.xml" holds what it says.
 void check_file_name(const Catalogue& catalogue, std::string_view path, Findings& findings);
+
+// 8 hexadecimal digits.
+std::string hex(std::uint32_t stamp);
 
 }  // namespace cclng

@@ -16,19 +16,9 @@ namespace cclng {
 
 namespace {
 
-int unreadable(const std::string& problem) {
-  tools::print_problem("cclng", problem);
-  return tools::ExitUnreadable;
-}
-
 void check_alone(const Catalogue& catalogue, const std::string& path, Findings& findings) {
   check_file_name(catalogue, path, findings);
   check_placeholders(catalogue, findings);
-}
-
-int verdict(Findings& findings) {
-  findings.print();
-  return findings.isEmpty() ? tools::ExitClean : tools::ExitFindings;
 }
 
 int check_one(const std::string& path, const Catalogue* reference) {
@@ -39,7 +29,7 @@ int check_one(const std::string& path, const Catalogue* reference) {
     if (reference) {
       check_against(catalogue, *reference, findings);
     } else {
-      check_numbers(catalogue, -1, findings);
+      check_numbers(catalogue, -1, Gaps::Wrong, findings);
     }
     return verdict(findings);
   } catch (const TTT& error) {
@@ -57,20 +47,46 @@ std::string identifier(const std::string& text) {
   return name;
 }
 
-}  // namespace
-
-Catalogue load_checked(const std::string& document, int& code) {
+// Reads a document, checks it by itself and lets `others` look at it.
+template <class Checks>
+Catalogue load(const std::string& document, int& code, Checks others) {
   try {
     Findings findings(document);
     Catalogue catalogue = read_catalogue(document, findings);
     check_alone(catalogue, document, findings);
-    check_numbers(catalogue, -1, findings);
+    others(catalogue, findings);
     code = verdict(findings);
     return catalogue;
   } catch (const TTT& error) {
     code = unreadable(tools::describe(error));
     return {};
   }
+}
+
+}  // namespace
+
+int unreadable(const std::string& problem) {
+  tools::print_problem("cclng", problem);
+  return tools::ExitUnreadable;
+}
+
+int verdict(Findings& findings) {
+  findings.print();
+  return findings.isEmpty() ? tools::ExitClean : tools::ExitFindings;
+}
+
+Catalogue load_checked(const std::string& document, int& code) {
+  return load(document, code, [](const Catalogue& catalogue, Findings& findings) {
+    check_numbers(catalogue, -1, Gaps::Wrong, findings);
+  });
+}
+
+Catalogue load_partial(const std::string& document, const Catalogue& reference, int& code) {
+  return load(document, code, [&](const Catalogue& catalogue, Findings& findings) {
+    check_name(catalogue, reference, findings);
+    const int count = static_cast<int>(reference.messages.size());
+    check_numbers(catalogue, count, Gaps::Allowed, findings);
+  });
 }
 
 int deliver(const std::string& output, const std::string& bytes) {

@@ -1,4 +1,4 @@
-// The four commands. Each prints its findings itself and returns an exit code of the tools.
+// The commands. Each prints its findings itself and returns an exit code of the tools.
 #pragma once
 
 #include <string>
@@ -17,9 +17,26 @@ int check(const std::vector<std::string>& documents, const std::string& referenc
 // Writes the C++ record that a program compiles in; an empty `output` means the standard output.
 int header(const std::string& document, const std::string& output);
 
-// Reads a document and checks it by itself. Findings are printed; `code` is the exit code.
+// Writes a PO file for translators: the texts of the reference with those of the translation, or a
+// template where `translation` is empty. An empty `output` means the standard output.
+int po_export(const std::string& reference, const std::string& translation,
+              const std::string& output);
+// Writes the document of a translation from a PO file that translates all of the reference; writes
+// nothing when there are findings. An empty `output` means the standard output.
+int po_import(const std::string& reference, const std::string& file, const std::string& output);
+
+// What the commands share.
+
 struct Catalogue;
+class Findings;
+// Reads a document and checks it by itself. Findings are printed; `code` is the exit code.
 Catalogue load_checked(const std::string& document, int& code);
+// Reads a translation that may lack messages, or be older than the reference.
+Catalogue load_partial(const std::string& document, const Catalogue& reference, int& code);
+// Prints the findings. The exit code for them.
+int verdict(Findings& findings);
+// Prints why a file could not be read or written. The exit code for that.
+int unreadable(const std::string& problem);
 // Prints or saves what a command made, and returns its exit code.
 int deliver(const std::string& output, const std::string& bytes);
 

@@ -74,29 +74,6 @@ std::optional<Dictionary> readDictionary(const std::string& path, const std::str
   return dictionary;
 }
 
-std::string escaped(const std::string& text, bool quotes) {
-  std::string out;
-  for (const char c : text) {
-    switch (c) {
-      case '&':
-        out += "&amp;";
-        break;
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '"':
-        out += quotes ? "&quot;" : "\"";
-        break;
-      default:
-        out += c;
-    }
-  }
-  return out;
-}
-
 // The catalogue of a file called "name.language.lng"; other file names say nothing.
 Catalogue catalogueOf(const std::string& path, const Dictionary& dictionary) {
   Catalogue catalogue;
@@ -107,27 +84,10 @@ Catalogue catalogueOf(const std::string& path, const Dictionary& dictionary) {
   catalogue.name = named ? file.substr(0, first) : "unnamed";
   catalogue.language = named ? file.substr(first + 1, last - first - 1) : "unknown";
   for (const std::string& text : dictionary.texts) {
-    catalogue.messages.push_back({static_cast<int>(catalogue.messages.size()), {}, text});
+    catalogue.messages.push_back({static_cast<int>(catalogue.messages.size()), {}, text, {}});
   }
   if (catalogue.stamp() != dictionary.stamp) catalogue.givenStamp = dictionary.stamp;
   return catalogue;
-}
-
-std::string document(const Catalogue& catalogue) {
-  std::string out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<dictionary name=\"" +
-                    escaped(catalogue.name, true) + "\" language=\"" +
-                    escaped(catalogue.language, true) + "\"";
-  if (catalogue.givenStamp) {
-    char stamp[9];
-    std::snprintf(stamp, sizeof stamp, "%08x", static_cast<unsigned int>(*catalogue.givenStamp));
-    out += std::string(" stamp=\"") + stamp + "\"";
-  }
-  out += ">\n";
-  for (const Message& message : catalogue.messages) {
-    out += "  <message number=\"" + std::to_string(message.number) + "\">" +
-           escaped(message.text, false) + "</message>\n";
-  }
-  return out + "</dictionary>\n";
 }
 
 }  // namespace
@@ -140,7 +100,7 @@ int decompile(const std::string& file, const std::string& output) {
     if (!dictionary) return tools::ExitFindings;
 
     const Catalogue catalogue = catalogueOf(file, *dictionary);
-    if (const int code = deliver(output, document(catalogue)); code != tools::ExitClean) {
+    if (const int code = deliver(output, write_catalogue(catalogue)); code != tools::ExitClean) {
       return code;
     }
     const std::string again =

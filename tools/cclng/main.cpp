@@ -28,9 +28,22 @@ Dictionaries of translated messages: from documents, one per language, to the
       the reference, the same name, stamp, numbers and placeholders.
   cclng header DOCUMENT [-o FILE]
       Writes the C++ record that a program compiles in: count, encoding, stamp.
+  cclng po-export REFERENCE [TRANSLATION] [-o FILE]
+      Writes a PO file, for translators who work with such: a template of the
+      reference, or the translation as far as it goes. Notes become comments. A
+      text whose placeholders are not those of the reference is marked as fuzzy.
+  cclng po-import REFERENCE FILE [-o DOCUMENT]
+      Writes the document of a translation from its PO file. Fuzzy entries and
+      those of a text that the reference no longer has count as not translated;
+      nothing is written unless every message is translated.
 
   --help     prints this text
   --version  prints the version
+
+In a PO file the context of an entry is the number of its message, and its flag
+is c-format, since the placeholders are among those of C. "Language" in the
+header is as gettext has it: "de" for "deu". msgfmt, msgmerge and the editors of
+PO files can be used; but placeholders stay in their order, without "%2$s".
 
 A document:
 
@@ -92,6 +105,21 @@ int runHeader(const CommandLine& line) {
   return cclng::header(text(line.operands[0]), text(line.value("--output")));
 }
 
+int runPoExport(const CommandLine& line) {
+  if (line.operands.empty() || line.operands.size() > 2) {
+    return usage("po-export takes the reference and at the most one translation.");
+  }
+  return cclng::po_export(text(line.operands[0]),
+                          line.operands.size() > 1 ? text(line.operands[1]) : "",
+                          text(line.value("--output")));
+}
+
+int runPoImport(const CommandLine& line) {
+  if (line.operands.size() != 2) return usage("po-import takes the reference and one PO file.");
+  return cclng::po_import(text(line.operands[0]), text(line.operands[1]),
+                          text(line.value("--output")));
+}
+
 const tools::Option output = {"--output", "-o", true};
 
 const struct {
@@ -103,6 +131,8 @@ const struct {
     {"decompile", runDecompile, {output}},
     {"check", runCheck, {{"--reference", "", true}}},
     {"header", runHeader, {output}},
+    {"po-export", runPoExport, {output}},
+    {"po-import", runPoImport, {output}},
 };
 
 int run(const std::vector<std::string_view>& arguments) {

@@ -150,6 +150,9 @@ class Reader {
     const Attributes values = attributes({"number", "note"});
     message.place = place;
     message.text.clear();
+    message.note.clear();
+    const auto note = values.find("note");
+    if (note != values.end()) decode(note->second, message.note);
     inMessage = number(required(values, "number", place), place);
     content = token.tag.end;
   }
@@ -167,11 +170,33 @@ class Reader {
 
   // A comment or an instruction.
   void skipped() {
+    const std::string_view markup = token.tag;
+    if (catalogue.place.line == 0 && markup.substr(0, 4) == "<!--" && markup.size() >= 7) {
+      comment(markup.substr(4, markup.size() - 7));
+    }
     if (!inMessage) return;
     findings.add(doc.placeOf(token.tag.begin),
                  "A message holds plain text only; what translators should know belongs into its "
                  "attribute \"note\".");
     inMessage = false;
+  }
+
+  void comment(std::string_view lines) {
+    constexpr std::string_view space = " \t\r";
+    std::string_view line;
+    const auto add = [&] {
+      const std::size_t first = line.find_first_not_of(space);
+      if (first == std::string_view::npos) return;
+      if (!catalogue.comment.empty()) catalogue.comment += '\n';
+      catalogue.comment += line.substr(first, line.find_last_not_of(space) + 1 - first);
+    };
+    for (std::size_t end; (end = lines.find('\n')) != std::string_view::npos;) {
+      line = lines.substr(0, end);
+      add();
+      lines.remove_prefix(end + 1);
+    }
+    line = lines;
+    add();
   }
 
   void finish() {

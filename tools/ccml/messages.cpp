@@ -1,13 +1,13 @@
 // The language of the environment is that of messages: LC_ALL, LC_MESSAGES or LANG, the first that
-// is set. Dictionaries are named by codes of three letters (ISO 639-2/T), locales by two.
+// is set.
 #include "messages.h"
 
 #include <cstdlib>
-#include <utility>
 
 #include "bag.h"
 #include "ccml_loc.h"
 #include "id_loc_loader.h"
+#include "languages.h"
 #include "loc_loader.h"
 #include "loc_module.h"
 
@@ -15,20 +15,12 @@ namespace ccml {
 
 namespace {
 
-constexpr std::pair<std::string_view, const char*> languages[] = {
-    {"cs", "ces"}, {"de", "deu"}, {"es", "spa"}, {"fr", "fra"}, {"it", "ita"},
-    {"nl", "nld"}, {"pl", "pol"}, {"pt", "por"}, {"ru", "rus"}, {"sv", "swe"},
-    {"tr", "tur"}, {"uk", "ukr"}, {"zh", "zho"},
-};
-
-const char* environmentLanguage() {
+std::string_view environmentLanguage() {
   for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
     const char* value = std::getenv(variable);
     if (!value || !*value) continue;
-    for (const auto& [two, three] : languages) {
-      if (std::string_view(value).substr(0, 2) == two) return three;
-    }
-    break;
+    const std::string_view code = tools::dictionary_language(value);
+    return code.empty() ? "eng" : code;
   }
   return "eng";
 }
@@ -52,7 +44,8 @@ Loc::Loader& loader() {
 
 bool loadTexts(std::string_view language, std::string& error) {
   if (!language.empty()) return loader().load(std::string(language).c_str(), &error);
-  return loader().load(environmentLanguage(), nullptr) || loader().load("eng", &error);
+  return loader().load(std::string(environmentLanguage()).c_str(), nullptr) ||
+         loader().load("eng", &error);
 }
 
 std::string textOf(const TTT& message) {
