@@ -186,7 +186,7 @@ std::string comment_of(po_message_t message, char between) {
 // left behind where somebody made the file of one language from that of another.
 std::string language_of(const char* header) {
   const std::string locale = field(header, "Language");
-  const std::string exact = field(header, LanguageField);
+  std::string exact = field(header, LanguageField);
   const std::string_view expected = tools::locale_language(exact);
   if (!exact.empty() && (expected.empty() ? exact : expected) == locale) return exact;
   const std::string_view code = tools::dictionary_language(locale);
@@ -223,7 +223,7 @@ class PoReader {
     check_header(header, findings);
     catalogue.language = language_of(header);
     const Iterator iterator(po_message_iterator(file, nullptr));
-    while (const po_message_t message = po_next_message(iterator.get())) {
+    while (po_message_t message = po_next_message(iterator.get())) {
       if (po_message_is_obsolete(message)) continue;
       if (!po_message_msgctxt(message) && !*po_message_msgid(message)) {
         catalogue.comment = comment_of(message, '\n');
