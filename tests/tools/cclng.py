@@ -1,5 +1,6 @@
 """Runs cclng: every command, every kind of finding with its place, and the exit codes."""
 
+import json
 import os
 import re
 import struct
@@ -253,6 +254,8 @@ def test_command_lines():
         (["check"], "needs a document"), (["check", "--refrence", "a", "b"], "--refrence"),
         (["check", "--help=x"], "takes no value"), (["decompile"], "one dictionary"),
         (["header", "a", "b"], "one document"), (["header", "-x", "a"], "Unknown option -x"),
+        (["stats"], "needs a document"), (["stats", "--format=xml", "a"], "text or json"),
+        (["diff", "a"], "two documents"),
     ]:
         result = run(*arguments)
         expect(arguments, (3, b""), (result.returncode, result.stdout))
@@ -270,6 +273,36 @@ def test_command_lines():
         result = subprocess.run([CCLNG, "--help"], stdout=full, stderr=subprocess.PIPE, check=False)
     expect("full disk", (2, b"cclng: The standard output could not be written.\n"),
            (result.returncode, result.stderr))
+
+
+def test_stats_and_diff():
+    put("eng.xml", document(message(0, "a %s"), message(1, "b"), message(2, "c"), message(3, "d")))
+    put("deu.xml", document(message(0, "A %s"), message(1, "b"), message(3, ""),
+                            head='name="m" language="deu"'))
+    put("bad.xml", document(message(4, "e")))
+    counts = {"name": "deu.xml", "language": "deu", "texts": 4, "translated": 1, "same": 1,
+              "missing": 2}
+    result = run("stats", "eng.xml", "deu.xml")
+    expect("stats", (0, ["deu", "4", "1", "1", "2", "deu.xml"]),
+           (result.returncode, result.stdout.decode().splitlines()[1].split()))
+    for arguments, code, documents in [
+        (["--reference", "eng.xml", "deu.xml", "eng.xml", "deu.xml"], 0, [counts, counts]),
+        (["eng.xml"], 0, []), (["eng.xml", "bad.xml", "deu.xml"], 1, [counts]),
+        (["eng.xml", "none.xml", "deu.xml"], 2, [counts]),
+    ]:
+        result = run("stats", "--format=json", *arguments)
+        expect(arguments, (code, {"reference": "eng.xml", "documents": documents}),
+               (result.returncode, json.loads(result.stdout)))
+    for arguments, code, lines in [
+        (["eng.xml", "eng.xml"], 0, []),
+        (["eng.xml", "deu.xml"], 1, ['changed 0: "a %s" -> "A %s"', 'removed 2: "c"',
+                                     'changed 3: "d" -> ""']),
+        (["bad.xml", put("new.xml", document(message(0, "\n\u202e")))], 1,
+         ['added 0: "\\n\\u{202E}"', 'removed 4: "e"']),
+        (["eng.xml", "none.xml"], 2, []), (["eng.xml", put("empty.xml", "")], 1, []),
+    ]:
+        result = run("diff", *arguments)
+        expect(arguments, (code, lines), (result.returncode, result.stdout.decode().splitlines()))
 
 
 PO_TRANSLATION = ('<?xml version="1.0" encoding="UTF-8"?>\n<!-- One.\n     Two. -->\n' +
@@ -370,4 +403,4 @@ def test_po_of_the_product():
 
 
 main(test_check, test_check_many, test_compile_and_decompile, test_decompile_foreign_files,
-     test_header, test_po, test_po_of_the_product, test_command_lines)
+     test_header, test_stats_and_diff, test_po, test_po_of_the_product, test_command_lines)

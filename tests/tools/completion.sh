@@ -26,6 +26,8 @@ expect "little big" "$CCLNG" compile --byte-order ""
 expect "big" "$CCLNG" compile --byte-order = b
 expect "--reference" "$CCLNG" check --ref
 expect "data/common_core.eng.xml" "$CCLNG" check data/common_core.e
+expect "po-export po-import" "$CCLNG" po
+expect "text json" "$CCLNG" stats --format = ""
 expect "check" "$CCML" che
 expect "text json" "$CCML" check --format = ""
 expect "--lang --layout" "$CCML" format --la

@@ -75,6 +75,9 @@ std::vector<std::string> Catalogue::texts() const {
 }
 
 const Message* Catalogue::find(int number) const {
+  // Most documents hold their messages in the order of the numbers.
+  const auto index = static_cast<std::size_t>(number);
+  if (index < messages.size() && messages[index].number == number) return &messages[index];
   const auto it = std::find_if(messages.begin(), messages.end(),
                                [=](const Message& message) { return message.number == number; });
   return it == messages.end() ? nullptr : &*it;

@@ -89,6 +89,12 @@ Catalogue load_partial(const std::string& document, const Catalogue& reference, 
   });
 }
 
+Catalogue load_any(const std::string& document, int& code) {
+  return load(document, code, [](const Catalogue& catalogue, Findings& findings) {
+    check_numbers(catalogue, LastNumber + 1, Gaps::Allowed, findings);
+  });
+}
+
 int deliver(const std::string& output, const std::string& bytes) {
   if (output.empty()) {
     const bool written = tools::write_output(bytes) && tools::close_output();

@@ -17,6 +17,11 @@ int check(const std::vector<std::string>& documents, const std::string& referenc
 // Writes the C++ record that a program compiles in; an empty `output` means the standard output.
 int header(const std::string& document, const std::string& output);
 
+// Prints how much of the reference each document translates. Where `reference` is empty, it is the
+// first of the documents.
+int stats(std::vector<std::string> documents, std::string reference, bool json);
+// Prints which messages differ between two documents; ExitFindings when any does.
+int diff(const std::string& older, const std::string& newer);
 // Writes a PO file for translators: the texts of the reference with those of the translation, or a
 // template where `translation` is empty. An empty `output` means the standard output.
 int po_export(const std::string& reference, const std::string& translation,
@@ -33,6 +38,8 @@ class Findings;
 Catalogue load_checked(const std::string& document, int& code);
 // Reads a translation that may lack messages, or be older than the reference.
 Catalogue load_partial(const std::string& document, const Catalogue& reference, int& code);
+// Reads a document of any messages.
+Catalogue load_any(const std::string& document, int& code);
 // Prints the findings. The exit code for them.
 int verdict(Findings& findings);
 // Prints why a file could not be read or written. The exit code for that.

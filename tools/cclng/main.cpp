@@ -28,6 +28,13 @@ Dictionaries of translated messages: from documents, one per language, to the
       the reference, the same name, stamp, numbers and placeholders.
   cclng header DOCUMENT [-o FILE]
       Writes the C++ record that a program compiles in: count, encoding, stamp.
+  cclng stats [--reference DOCUMENT] [--format=text|json] DOCUMENT...
+      Prints for each translation how many texts the reference has, and how many
+      of them are translated, the same as in the reference, missing or empty.
+      The reference is the first document unless it is given.
+  cclng diff OLD NEW
+      Prints the numbers and texts of the messages that were added, removed or
+      changed. The exit code is 1 when there are any.
   cclng po-export REFERENCE [TRANSLATION] [-o FILE]
       Writes a PO file, for translators who work with such: a template of the
       reference, or the translation as far as it goes. Notes become comments. A
@@ -105,6 +112,21 @@ int runHeader(const CommandLine& line) {
   return cclng::header(text(line.operands[0]), text(line.value("--output")));
 }
 
+int runStats(const CommandLine& line) {
+  if (line.operands.empty()) return usage("stats needs a document.");
+  const std::string_view form = line.value("--format");
+  if (line.has("--format") && form != "text" && form != "json") {
+    return usage("The format is text or json.");
+  }
+  return cclng::stats({line.operands.begin(), line.operands.end()}, text(line.value("--reference")),
+                      form == "json");
+}
+
+int runDiff(const CommandLine& line) {
+  if (line.operands.size() != 2) return usage("diff takes two documents.");
+  return cclng::diff(text(line.operands[0]), text(line.operands[1]));
+}
+
 int runPoExport(const CommandLine& line) {
   if (line.operands.empty() || line.operands.size() > 2) {
     return usage("po-export takes the reference and at the most one translation.");
@@ -131,6 +153,8 @@ const struct {
     {"decompile", runDecompile, {output}},
     {"check", runCheck, {{"--reference", "", true}}},
     {"header", runHeader, {output}},
+    {"stats", runStats, {{"--reference", "", true}, {"--format", "", true}}},
+    {"diff", runDiff, {}},
     {"po-export", runPoExport, {output}},
     {"po-import", runPoImport, {output}},
 };

@@ -53,9 +53,6 @@ class Printer {
   bool firstFinding = true;
 };
 
-// `text` as a JSON string, quotes included. Bytes that are no UTF-8 become U+FFFD.
-std::string jsonString(std::string_view text);
-
 // Prints bytes.
 void print(std::string_view text, FILE* stream = stdout);
 

@@ -14,6 +14,7 @@
 #include "fileproc.h"
 #include "findings.h"
 #include "format.h"
+#include "json.h"
 #include "messages.h"
 #include "options.h"
 #include "outline.h"
@@ -130,7 +131,8 @@ int runOutline(const CommandLine&, const Paths& paths, Format format) {
     if (format == Format::Text && paths.size() > 1) print(tools::printable(path) + ":\n");
     first = false;
     if (!outline(document, path, format, findings)) {
-      if (format == Format::Json) print("{\"name\":" + jsonString(path) + ",\"elements\":null}");
+      if (format == Format::Json)
+        print("{\"name\":" + tools::json_string(path) + ",\"elements\":null}");
       printer.document(path, document, findings);
     }
   }

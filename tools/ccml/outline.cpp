@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "check.h"
+#include "json.h"
 
 namespace ccml {
 
@@ -68,11 +69,11 @@ class Tree {
         return;
       }
       if (!first) out += ",";
-      out += "{\"name\":" + jsonString(node.name) + ",\"count\":" + std::to_string(node.count) +
-             ",\"attributes\":{";
+      out += "{\"name\":" + tools::json_string(node.name) +
+             ",\"count\":" + std::to_string(node.count) + ",\"attributes\":{";
       const char* separator = "";
       for (const auto& [name, count] : node.attributes) {
-        out += separator + jsonString(name) + ":" + std::to_string(count);
+        out += separator + tools::json_string(name) + ":" + std::to_string(count);
         separator = ",";
       }
       out += "},\"children\":[";
@@ -139,7 +140,7 @@ bool outline(Document& document, const std::string& path, Format format, Finding
   Tree tree(document);
   tree.read();
   if (format == Format::Json) {
-    print("{\"name\":" + jsonString(path) + ",\"elements\":[" + tree.asJson() + "]}");
+    print("{\"name\":" + tools::json_string(path) + ",\"elements\":[" + tree.asJson() + "]}");
   } else {
     print(tree.asText());
   }
