@@ -6,7 +6,7 @@ import re
 import struct
 import subprocess
 
-from support.harness import expect, get, main, put
+from support.harness import expect, get, main, put, sarif
 
 CCLNG = os.environ["CCLNG"]
 
@@ -89,6 +89,10 @@ DOCUMENTS = [
       "5:1: \"100000\" is no message number from 0 to 99999."]),
     (document('<message number="0" note="&x;">a</message>'),
      ["2:27: Message 34 of the dictionary common_core."]),
+    (document('<message number="0"\n note="x\ny">%x</message>', message(0, "%y")),
+     ['2:1: Message 0 holds "%x", which is no placeholder. Write a percent sign as "%%".',
+      '5:1: Message 0 holds "%y", which is no placeholder. Write a percent sign as "%%".',
+      "5:1: Message 0 stands twice; the first is on line 2."]),
     # numbers
     (document(message(1, "a"), message(1, "b"), message(3, "c"), message(99, "d")),
      ["1:1: Message 0 is missing.", "1:1: Message 2 is missing.",
@@ -155,7 +159,7 @@ def test_check_many():
     put("good.xml", GOOD)
     put("bad.xml", document(message(1, "")))
     bad = b"bad.xml:1:1: error: Message 0 is missing.\n"
-    missing = (b"cclng: The file could not be opened.\nFile: none.xml\n"
+    missing = (b"none.xml: error: The file could not be opened. File: none.xml; "
                b"System message: No such file or directory\n")
     for arguments, code, errors in [
         (["good.xml", "good.xml"], 0, b""),
@@ -167,6 +171,20 @@ def test_check_many():
     ]:
         result = run("check", *arguments)
         expect(arguments, (code, errors), (result.returncode, result.stderr))
+    for form in ["json", "sarif"]:
+        result = run("check", "--format", form, "--reference=good.xml", "none.xml", "bad.xml")
+        expect(form, (2, b""), (result.returncode, result.stderr))
+        if form == "json":
+            expect(form, [("good.xml", []), ("none.xml", [(3, 4, None)]), ("bad.xml", [(0, 16, 1), (0, 20, 2)])],
+                   [(d["name"], [(f["dictionary"], f["number"], f.get("line"))
+                                 for f in d["findings"]])
+                    for d in json.loads(result.stdout)["documents"]])
+        else:
+            expect(form, [("common_core-4", "error", "none.xml", None, None),
+                          ("cclng-16", "error", "bad.xml", 1, 1),
+                          ("cclng-20", "error", "bad.xml", 2, 1)],
+                   sarif(result.stdout, "cclng",
+                         {"cclng-16": "Messages are numbered from 0 without gaps."}))
     for name, content in [("n.eng.xml", "n"), ("m.deu.xml", "m")]:
         result = run("check", put(name, GOOD))
         expect(name, 1, result.returncode)
@@ -251,7 +269,7 @@ def test_command_lines():
         (["compile", "-o", "x"], "one document"), (["compile", "a", "b", "-o", "x"], "one document"),
         (["compile", "a", "-o"], "needs a value"), (["compile", "a", "-o", ""], "-o"),
         (["compile", "a", "-ox", "--byte-order", "middle"], "little or big"),
-        (["check"], "needs a document"), (["check", "--refrence", "a", "b"], "--refrence"),
+        (["check"], "needs a document"), (["check", "--format=xml", "a"], "json or sarif"), (["check", "--refrence", "a", "b"], "--refrence"),
         (["check", "--help=x"], "takes no value"), (["decompile"], "one dictionary"),
         (["header", "a", "b"], "one document"), (["header", "-x", "a"], "Unknown option -x"),
         (["stats"], "needs a document"), (["stats", "--format=xml", "a"], "text or json"),

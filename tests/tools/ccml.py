@@ -4,7 +4,7 @@ import json
 import os
 import subprocess
 
-from support.harness import expect, get, main, put
+from support.harness import expect, get, main, put, sarif
 
 CCML = os.environ["CCML"]
 ETC = os.environ["COMMON_CORE_ETC_DIR"]
@@ -43,6 +43,7 @@ READER = [
     ('<a b="1\t2\n3" c="\n4\n"/>', [(1, 4, "w", 3, 16)]),
     ('<?xml version=1?><a/>', [(1, 16, "e", 3, 18)]),
     ("<?php if (a<b) ?><a/>", []),
+    ('<a b="1\t2\n3">\t&x;\n&y;</a>', [(1, 4, "w", 3, 16), (2, 5, "e", 3, 34), (3, 1, "e", 3, 34)]),
     ("\ufeff<a>\n\t\u00e9<b c></b></a>", [(2, 11, "e", 3, 1)]),
 ]
 
@@ -110,9 +111,43 @@ def check_output():
            json.loads(run("check", "--format=json", name).stdout)["documents"][0]["name"] == name)
 
 
+# File names that could be taken for something else in a URI, in JSON or on a terminal.
+HOSTILE = [(b"a b#?.xml", "a%20b%23%3F.xml"), (b"c:%41.xml", "c%3A%2541.xml"),
+           (b'"\\\n\x1b[2J\xff.xml', "%22%5C%0A%1B%5B2J%FF.xml")]
+
+
+def check_sarif():
+    strict = ["check", "--strict", "--format=sarif"]
+    put("t.xml", "<a>\n\t\u00e9\U0001f600<b\tx=\"1\n2\tz\" [c]{d}/>&x;</a></c>")
+    result = run(*strict, "t.xml", "none.xml")
+    expect("code of SARIF", 2, result.returncode)
+    expect("results", [("ccml-5", "error", "t.xml", 2, 3),
+                       ("common_core-16", "warning", "t.xml", 2, 7),
+                       ("common_core-2", "error", "t.xml", 3, 7),
+                       ("common_core-34", "error", "t.xml", 3, 14), ("ccml-1", "error", "t.xml", 3, 21),
+                       ("common_core-4", "error", "none.xml", None, None)],
+           sarif(result.stdout, "ccml", {"ccml-1": 'The end tag "%s" has no start tag.',
+                                         "common_core-4": "The file could not be opened."}))
+    missing = json.loads(run(*strict, "[a]{0}").stdout)["runs"][0]["results"][0]["message"]["text"]
+    expect("neither link nor argument", True, r"File: \[a\]{{0}};" in missing)
+    put("good.xml", "<a/>")
+    result = run(*strict, "good.xml")
+    expect("nothing", (0, []), (result.returncode, sarif(result.stdout, "ccml", {})))
+    for name, uri in HOSTILE:
+        put(name, "<>")
+        expect(f"URI of {name}", [uri], [found[2] for found in sarif(run(*strict, name).stdout,
+                                                                     "ccml", {})])
+        shown = name.decode(errors="replace")
+        document = json.loads(run("check", "--format=json", name).stdout)["documents"][0]
+        expect(f"JSON of {name}", shown, document["name"])
+    path = os.path.abspath("good.xml")
+    put("good.xml", "<>")
+    expect("absolute path", f"file://{path}", sarif(run(*strict, path).stdout, "ccml", {})[0][2])
+
+
 def check_usage():
     for arguments, code in [([], 3), (["bogus"], 3), (["check"], 3), (["check", "--x", "a"], 3),
-                            (["check", "--format=yaml", "a"], 3), (["query", "a"], 3),
+                            (["check", "--format=yaml", "a"], 3), (["outline", "--format=sarif", "a"], 3), (["query", "a"], 3),
                             (["query", "a//b", "bad.xml"], 3), (["format", "--indent=x", "a"], 3),
                             (["format", "--layout=wide", "a"], 3), (["--help"], 0),
                             (["check", "--help"], 0), (["--version"], 0),
@@ -195,4 +230,4 @@ def check_outline_and_query():
             expect(f"query {path}", output, result.stdout.decode())
 
 
-main(check_findings, check_output, check_usage, check_format, check_outline_and_query)
+main(check_findings, check_output, check_sarif, check_usage, check_format, check_outline_and_query)

@@ -29,7 +29,8 @@ expect "data/common_core.eng.xml" "$CCLNG" check data/common_core.e
 expect "po-export po-import" "$CCLNG" po
 expect "text json" "$CCLNG" stats --format = ""
 expect "check" "$CCML" che
-expect "text json" "$CCML" check --format = ""
+expect "text json sarif" "$CCML" check --format = ""
+expect "json" "$CCLNG" check --format = j
 expect "--lang --layout" "$CCML" format --la
 expect "single multi" "$CCML" format --layout = ""
 expect "" "$CCML" nothing-like-this

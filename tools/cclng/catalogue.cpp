@@ -4,9 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <tuple>
-
-#include "diagnostics.h"
 
 namespace cclng {
 
@@ -34,15 +31,6 @@ std::string missing(int first, int last) {
 }
 
 }  // namespace
-
-void Findings::print() {
-  std::stable_sort(list.begin(), list.end(), [](const Finding& a, const Finding& b) {
-    return std::tie(a.place.line, a.place.column) < std::tie(b.place.line, b.place.column);
-  });
-  for (const Finding& finding : list) {
-    tools::print_finding(path, finding.place.line, finding.place.column, finding.text);
-  }
-}
 
 std::string hex(std::uint32_t stamp) {
   std::array<char, 9> digits{};
@@ -107,25 +95,28 @@ void check_numbers(const Catalogue& catalogue, int count, Gaps gaps, Findings& f
   const Message* previous = nullptr;
   for (const Message* message : catalogue.sorted()) {
     if (previous && message->number == previous->number) {
-      findings.add(message->place, "Message " + std::to_string(message->number) +
-                                       " stands twice; the first is on line " +
-                                       std::to_string(previous->place.line) + ".");
+      findings.add(message->place, RuleNumberTwice,
+                   "Message " + std::to_string(message->number) +
+                       " stands twice; the first is on line " +
+                       std::to_string(previous->place.line) + ".");
       continue;
     }
     previous = message;
     if (count >= 0 && message->number >= count) {
-      findings.add(message->place,
+      findings.add(message->place, RuleMessageUnknown,
                    "The reference has no message " + std::to_string(message->number) + ".");
       continue;
     }
     if (gaps == Gaps::Wrong && message->number > next) {
-      findings.add(catalogue.place, missing(next, message->number - 1));
+      findings.add(catalogue.place, RuleMessageMissing, missing(next, message->number - 1));
     }
     next = message->number + 1;
   }
   if (gaps == Gaps::Allowed) return;
-  if (next < count) findings.add(catalogue.place, missing(next, count - 1));
-  if (count < 0 && next == 0) findings.add(catalogue.place, "The dictionary holds no message.");
+  if (next < count) findings.add(catalogue.place, RuleMessageMissing, missing(next, count - 1));
+  if (count < 0 && next == 0) {
+    findings.add(catalogue.place, RuleNoMessage, "The dictionary holds no message.");
+  }
 }
 
 void check_placeholders(const Catalogue& catalogue, Findings& findings) {
@@ -133,17 +124,17 @@ void check_placeholders(const Catalogue& catalogue, Findings& findings) {
     std::string unknown;
     placeholders(message.text, &unknown);
     if (unknown.empty()) continue;
-    findings.add(message.place, "Message " + std::to_string(message.number) + " holds " +
-                                    quoted(unknown) +
-                                    ", which is no placeholder. Write a percent sign as \"%%\".");
+    findings.add(message.place, RulePlaceholderUnknown,
+                 "Message " + std::to_string(message.number) + " holds " + quoted(unknown) +
+                     ", which is no placeholder. Write a percent sign as \"%%\".");
   }
 }
 
 void check_name(const Catalogue& catalogue, const Catalogue& reference, Findings& findings) {
   if (catalogue.place.line == 0 || catalogue.name == reference.name) return;
-  findings.add(catalogue.place, "The name is " + quoted(catalogue.name) +
-                                    ", but that of the reference is " + quoted(reference.name) +
-                                    ".");
+  findings.add(catalogue.place, RuleNameDiffers,
+               "The name is " + quoted(catalogue.name) + ", but that of the reference is " +
+                   quoted(reference.name) + ".");
 }
 
 void check_against(const Catalogue& catalogue, const Catalogue& reference, Findings& findings) {
@@ -152,9 +143,9 @@ void check_against(const Catalogue& catalogue, const Catalogue& reference, Findi
   // Two derived stamps differ only where names, numbers or placeholders do.
   const bool given = catalogue.givenStamp || reference.givenStamp;
   if (given && catalogue.stamp() != reference.stamp()) {
-    findings.add(catalogue.place, "The stamp is " + hex(catalogue.stamp()) +
-                                      ", but that of the reference is " + hex(reference.stamp()) +
-                                      ".");
+    findings.add(catalogue.place, RuleStampDiffers,
+                 "The stamp is " + hex(catalogue.stamp()) + ", but that of the reference is " +
+                     hex(reference.stamp()) + ".");
   }
   check_numbers(catalogue, static_cast<int>(reference.messages.size()), Gaps::Wrong, findings);
   for (const Message& message : catalogue.messages) {
@@ -163,9 +154,9 @@ void check_against(const Catalogue& catalogue, const Catalogue& reference, Findi
     const std::string have = placeholders(message.text);
     const std::string want = placeholders(original->text);
     if (have == want) continue;
-    findings.add(message.place, "Message " + std::to_string(message.number) +
-                                    " has the placeholders " + shown(have) +
-                                    ", but the reference has " + shown(want) + ".");
+    findings.add(message.place, RulePlaceholdersDiffer,
+                 "Message " + std::to_string(message.number) + " has the placeholders " +
+                     shown(have) + ", but the reference has " + shown(want) + ".");
   }
 }
 
@@ -177,9 +168,9 @@ void check_file_name(const Catalogue& catalogue, std::string_view path, Findings
   const std::string_view name = file.substr(0, first);
   const std::string_view language = file.substr(first + 1, last - first - 1);
   if (name != catalogue.name || language != catalogue.language) {
-    findings.add(catalogue.place, "The document is " + quoted(catalogue.name) + " in " +
-                                      quoted(catalogue.language) + ", but its file name says " +
-                                      quoted(name) + " in " + quoted(language) + ".");
+    findings.add(catalogue.place, RuleFileName,
+                 "The document is " + quoted(catalogue.name) + " in " + quoted(catalogue.language) +
+                     ", but its file name says " + quoted(name) + " in " + quoted(language) + ".");
   }
 }
 

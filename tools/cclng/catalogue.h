@@ -1,4 +1,4 @@
-// A catalogue of messages in one language, as its document holds it, and what is wrong with it.
+// A catalogue of messages in one language, as its document holds it, and the checks of it.
 #pragma once
 
 #include <cstdint>
@@ -7,33 +7,9 @@
 #include <string_view>
 #include <vector>
 
+#include "findings.h"
+
 namespace cclng {
-
-// Where something stands in a document; both count from 1.
-struct Place {
-  int line = 0;
-  int column = 0;
-};
-
-// What is wrong with the documents of one run.
-class Findings {
- public:
-  explicit Findings(std::string_view document) : path(document) {}
-
-  void add(Place place, std::string text) { list.push_back({place, std::move(text)}); }
-  bool isEmpty() const { return list.empty(); }
-  // Prints all of them in the order of their places.
-  void print();
-
- private:
-  struct Finding {
-    Place place;
-    std::string text;
-  };
-
-  std::string path;
-  std::vector<Finding> list;
-};
 
 struct Message {
   int number = 0;

@@ -5,6 +5,7 @@
 #include <cctype>
 #include <cstdio>
 #include <iterator>
+#include <optional>
 #include <stdexcept>
 
 #include "catalogue.h"
@@ -21,19 +22,24 @@ void check_alone(const Catalogue& catalogue, const std::string& path, Findings& 
   check_placeholders(catalogue, findings);
 }
 
-int check_one(const std::string& path, const Catalogue* reference) {
+// Checks one document for a report; against the reference unless that is null.
+std::optional<Catalogue> check_one(const std::string& path, const Catalogue* reference,
+                                   tools::Report& report) {
+  Findings findings(path);
   try {
-    Findings findings(path);
-    const Catalogue catalogue = read_catalogue(path, findings);
+    Catalogue catalogue = read_catalogue(path, findings);
     check_alone(catalogue, path, findings);
     if (reference) {
       check_against(catalogue, *reference, findings);
     } else {
       check_numbers(catalogue, -1, Gaps::Wrong, findings);
     }
-    return verdict(findings);
+    findings.report(report);
+    return findings.isEmpty() ? std::optional(std::move(catalogue)) : std::nullopt;
   } catch (const TTT& error) {
-    return unreadable(tools::describe(error));
+    findings.add({}, error);
+    findings.report(report, false);
+    return std::nullopt;
   }
 }
 
@@ -71,7 +77,8 @@ int unreadable(const std::string& problem) {
 }
 
 int verdict(Findings& findings) {
-  findings.print();
+  tools::Report report = make_report(tools::Format::Text);
+  findings.report(report);
   return findings.isEmpty() ? tools::ExitClean : tools::ExitFindings;
 }
 
@@ -120,17 +127,18 @@ int compile(const std::string& document, const std::string& output, tools::ByteO
   }
 }
 
-int check(const std::vector<std::string>& documents, const std::string& reference) {
-  int code = tools::ExitClean;
-  Catalogue original;
-  if (!reference.empty()) original = load_checked(reference, code);
+int check(const std::vector<std::string>& documents, const std::string& reference,
+          tools::Format format) {
+  tools::Report report = make_report(format);
+  std::optional<Catalogue> original;
   // A reference with findings says nothing about the others: they are checked by themselves.
-  const bool usable = !reference.empty() && code == tools::ExitClean;
+  if (!reference.empty()) original = check_one(reference, nullptr, report);
   for (const std::string& document : documents) {
-    if (document == reference) continue;
-    code = std::max(code, check_one(document, usable ? &original : nullptr));
+    if (document != reference) check_one(document, original ? &*original : nullptr, report);
   }
-  return code;
+  report.finish();
+  if (!tools::close_output()) return unreadable("The standard output could not be written.");
+  return report.exitCode();
 }
 
 int header(const std::string& document, const std::string& output) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "lng_file.h"
+#include "report.h"
 
 namespace cclng {
 
@@ -13,7 +14,8 @@ int compile(const std::string& document, const std::string& output, tools::ByteO
 // Turns a dictionary file back into a document; an empty `output` means the standard output.
 int decompile(const std::string& file, const std::string& output);
 // Checks documents, against the reference unless `reference` is empty.
-int check(const std::vector<std::string>& documents, const std::string& reference);
+int check(const std::vector<std::string>& documents, const std::string& reference,
+          tools::Format format);
 // Writes the C++ record that a program compiles in; an empty `output` means the standard output.
 int header(const std::string& document, const std::string& output);
 

@@ -1,6 +1,7 @@
 // cclng, the dictionary tool: reads the command line and hands over to a command.
 #include <cstdio>
 #include <new>
+#include <optional>
 
 #include "commands.h"
 #include "diagnostics.h"
@@ -22,7 +23,7 @@ Dictionaries of translated messages: from documents, one per language, to the
   cclng decompile FILE [-o DOCUMENT]
       Writes the texts of a dictionary file as a document, and tells when
       compiling that would not give the same bytes again.
-  cclng check [--reference DOCUMENT] DOCUMENT...
+  cclng check [--reference DOCUMENT] [--format=text|json|sarif] DOCUMENT...
       Checks documents: the numbers from 0 on, each once; placeholders that are
       known; texts in UTF-8, of at most three bytes per character; and, against
       the reference, the same name, stamp, numbers and placeholders.
@@ -70,9 +71,10 @@ numbers, of its decimal number, the letters of its placeholders and a line feed.
 For the document above that is "editor\n0s\n1dd\n". Texts may thus change and
 files be translated later, but a program never loads a file with other messages.
 
-Findings are printed to the error stream as file:line:column: error: text.
-Exit codes: 0 nothing to report, 1 findings, 2 a file could not be read or
-written, 3 a wrong command line.
+Findings are printed to the error stream as file:line:column: error: text; those
+of check as JSON or SARIF 2.1.0 to the standard output. Exit codes: 0 nothing to
+report, 1 findings, 2 a file could not be read or written, 3 a wrong command
+line.
 )";
 
 int usage(const std::string& problem) {
@@ -103,8 +105,11 @@ int runDecompile(const CommandLine& line) {
 
 int runCheck(const CommandLine& line) {
   if (line.operands.empty()) return usage("check needs a document.");
+  std::optional<tools::Format> format = tools::Format::Text;
+  if (line.has("--format")) format = tools::parse_format(line.value("--format"));
+  if (!format) return usage("The format is text, json or sarif.");
   const std::vector<std::string> documents(line.operands.begin(), line.operands.end());
-  return cclng::check(documents, text(line.value("--reference")));
+  return cclng::check(documents, text(line.value("--reference")), *format);
 }
 
 int runHeader(const CommandLine& line) {
@@ -151,7 +156,7 @@ const struct {
 } commands[] = {
     {"compile", runCompile, {output, {"--byte-order", "", true}}},
     {"decompile", runDecompile, {output}},
-    {"check", runCheck, {{"--reference", "", true}}},
+    {"check", runCheck, {{"--reference", "", true}, {"--format", "", true}}},
     {"header", runHeader, {output}},
     {"stats", runStats, {{"--reference", "", true}, {"--format", "", true}}},
     {"diff", runDiff, {}},

@@ -7,7 +7,6 @@
 
 #include "catalogue.h"
 #include "charr.h"
-#include "failures.h"
 #include "fileproc.h"
 #include "mlproc.h"
 #include "utf8proc.h"
@@ -21,28 +20,22 @@ constexpr unsigned int MaxDocumentSize = 100000000;
 // The reader without a document name, so that an error is one message and the place is asked for.
 class Document : public MLDoc {
  public:
-  explicit Document(const std::string& content) {
+  explicit Document(const std::string& content) : source(content.data()), places(source) {
     load("", content.data(), static_cast<int>(content.size()));
   }
 
-  Place here() const {
-    Place place;
-    getPosition(place.line, place.column);
-    return place;
-  }
-
-  // Place of a byte of the document's text.
-  Place placeOf(const char* byte) {
-    const unsigned int kept = position;
-    position = static_cast<unsigned int>(byte - text);
-    const Place place = here();
-    position = kept;
-    return place;
-  }
+  Place here() { return placeOf(text + position); }
+  // Place of a byte of the document's text. The content counts, since the reader overwrites control
+  // bytes in attribute values.
+  Place placeOf(const char* byte) { return places.placeOf(source + (byte - text)); }
 
   const char* begin() const { return text; }
   const char* end() const { return text + textSize; }
   unsigned int offset() const { return position; }
+
+ private:
+  const char* source;
+  tools::PlaceCounter places;
 };
 
 std::string quoted(const ChPair& text) { return "\"" + std::string(std::string_view(text)) + "\""; }
@@ -79,7 +72,7 @@ class Reader {
       try {
         return doc.step(token);
       } catch (const TTT& error) {
-        findings.add(doc.here(), tools::describe(error));
+        findings.add(doc.here(), error);
         inMessage = false;
         behind = doc.begin() + doc.offset();
         if (doc.offset() == before) return false;
@@ -95,18 +88,22 @@ class Reader {
       first += 3;
     }
     while (first != last && space.find(*first) != std::string_view::npos) ++first;
-    if (first != last) findings.add(doc.placeOf(first), "Text stands outside of the messages.");
+    if (first != last) {
+      findings.add(doc.placeOf(first), RuleTextOutside, "Text stands outside of the messages.");
+    }
   }
 
   void start() {
     const ChPair expected = open.empty() ? "dictionary" : "message";
     const Place place = doc.placeOf(token.tag.begin);
     if (open.size() >= 2) {
-      findings.add(place, "A message holds plain text only, but here stands an element.");
+      findings.add(place, RuleMarkupInMessage,
+                   "A message holds plain text only, but here stands an element.");
       inMessage = false;
     } else if (std::string_view(token.name) != std::string_view(expected)) {
-      findings.add(place, "The element is called " + quoted(token.name) + " instead of " +
-                              quoted(expected) + ".");
+      findings.add(
+          place, RuleElementName,
+          "The element is called " + quoted(token.name) + " instead of " + quoted(expected) + ".");
     } else if (open.empty()) {
       startDictionary(place);
     } else {
@@ -121,13 +118,13 @@ class Reader {
 
   void end() {
     if (open.empty()) {
-      findings.add(doc.placeOf(token.tag.begin), "The end tag closes no element.");
+      findings.add(doc.placeOf(token.tag.begin), RuleEndTagStray, "The end tag closes no element.");
       return;
     }
     if (open.back() != std::string_view(token.name)) {
-      findings.add(doc.placeOf(token.tag.begin), "The end tag is called " + quoted(token.name) +
-                                                     " instead of " + quoted(open.back().c_str()) +
-                                                     ".");
+      findings.add(doc.placeOf(token.tag.begin), RuleEndTagName,
+                   "The end tag is called " + quoted(token.name) + " instead of " +
+                       quoted(open.back().c_str()) + ".");
     }
     open.pop_back();
     if (open.size() == 1) endMessage(token.tag.begin);
@@ -135,7 +132,7 @@ class Reader {
 
   void startDictionary(Place place) {
     if (catalogue.place.line != 0) {
-      findings.add(place, "The document holds a second dictionary.");
+      findings.add(place, RuleSecondDictionary, "The document holds a second dictionary.");
       return;
     }
     catalogue.place = place;
@@ -162,9 +159,12 @@ class Reader {
     inMessage = false;
     const ChPair raw(content, last);
     const char* wrong = strchk_utf8(raw.begin, raw.length());
-    if (wrong) findings.add(doc.placeOf(wrong), "The text is not in UTF-8.");
+    if (wrong) findings.add(doc.placeOf(wrong), RuleNotUtf8, "The text is not in UTF-8.");
     const void* zero = std::memchr(raw.begin, 0, raw.length());
-    if (zero) findings.add(doc.placeOf(static_cast<const char*>(zero)), "The text holds a 0 byte.");
+    if (zero) {
+      findings.add(doc.placeOf(static_cast<const char*>(zero)), RuleZeroByte,
+                   "The text holds a 0 byte.");
+    }
     if (decode(raw, message.text)) catalogue.messages.push_back(message);
   }
 
@@ -175,7 +175,7 @@ class Reader {
       comment(markup.substr(4, markup.size() - 7));
     }
     if (!inMessage) return;
-    findings.add(doc.placeOf(token.tag.begin),
+    findings.add(doc.placeOf(token.tag.begin), RuleMarkupInMessage,
                  "A message holds plain text only; what translators should know belongs into its "
                  "attribute \"note\".");
     inMessage = false;
@@ -201,10 +201,12 @@ class Reader {
 
   void finish() {
     if (!open.empty()) {
-      findings.add(doc.placeOf(doc.end()),
+      findings.add(doc.placeOf(doc.end()), RuleEndTagMissing,
                    "The end tag of " + quoted(open.back().c_str()) + " is missing.");
     }
-    if (catalogue.place.line == 0) findings.add({1, 1}, "The document holds no dictionary.");
+    if (catalogue.place.line == 0) {
+      findings.add({1, 1, 1}, RuleNoDictionary, "The document holds no dictionary.");
+    }
   }
 
   // The attributes of the tag by name, each at most once, all of them `known`.
@@ -216,13 +218,15 @@ class Reader {
         const std::string_view name = attribute.name;
         const Place place = doc.placeOf(attribute.name.begin);
         if (std::find(known.begin(), known.end(), name) == known.end()) {
-          findings.add(place, "The attribute " + quoted(attribute.name) + " is unknown.");
+          findings.add(place, RuleAttributeUnknown,
+                       "The attribute " + quoted(attribute.name) + " is unknown.");
         } else if (!values.emplace(name, attribute.value).second) {
-          findings.add(place, "The attribute " + quoted(attribute.name) + " stands twice.");
+          findings.add(place, RuleAttributeTwice,
+                       "The attribute " + quoted(attribute.name) + " stands twice.");
         }
       }
     } catch (const TTT& error) {
-      findings.add(doc.here(), tools::describe(error));
+      findings.add(doc.here(), error);
     }
     return values;
   }
@@ -232,7 +236,8 @@ class Reader {
     std::string value;
     if (it != values.end()) decode(it->second, value);
     if (value.empty()) {
-      findings.add(place, "The attribute \"" + std::string(name) + "\" is missing or empty.");
+      findings.add(place, RuleAttributeMissing,
+                   "The attribute \"" + std::string(name) + "\" is missing or empty.");
     }
     return value;
   }
@@ -243,8 +248,9 @@ class Reader {
     const bool valid =
         error == std::errc() && stop == end && message.number >= 0 && message.number <= LastNumber;
     if (!valid && !value.empty()) {
-      findings.add(place, quoted(value.c_str()) + " is no message number from 0 to " +
-                              std::to_string(LastNumber) + ".");
+      findings.add(place, RuleNumberInvalid,
+                   quoted(value.c_str()) + " is no message number from 0 to " +
+                       std::to_string(LastNumber) + ".");
     }
     return valid;
   }
@@ -253,7 +259,7 @@ class Reader {
     std::uint32_t stamp = 0;
     const auto [stop, error] = std::from_chars(value.begin, value.end, stamp, 16);
     if (error != std::errc() || stop != value.end) {
-      findings.add(doc.placeOf(value.begin),
+      findings.add(doc.placeOf(value.begin), RuleStampInvalid,
                    "The stamp is no hexadecimal number of up to 8 digits.");
       return;
     }
@@ -267,7 +273,7 @@ class Reader {
       out = decoded.c_str();
       return true;
     } catch (const TTT& error) {
-      findings.add(doc.placeOf(badEntity(raw)), tools::describe(error));
+      findings.add(doc.placeOf(badEntity(raw)), error);
       return false;
     }
   }

@@ -1,4 +1,4 @@
-// Loading, places, and the attributes of a tag.
+// Loading, and the attributes of a tag.
 #include "document.h"
 
 #include <cerrno>
@@ -40,6 +40,7 @@ std::string readInput() {
 
 void Document::open(const std::string& path) {
   warned.clear();
+  loaded.clear();
   if (path == "-") {
     const std::string bytes = readInput();
     load("", bytes.data(), static_cast<int>(bytes.size()));
@@ -57,21 +58,8 @@ std::string Document::decoded(const ChPair& raw) {
 }
 
 void Document::warning(const TTT& /*message*/, const Token& /*token*/, Attribute& attribute) {
+  if (loaded.empty()) loaded.assign(text, textSize);
   warned.push_back(offsetOf(attribute.name.begin));
-}
-
-Place PlaceCounter::placeOf(unsigned int offset) {
-  for (const char* const end = start + offset; at < end; ++at) {
-    if (*at == '\n') {
-      ++place.line;
-      place.column = 1;
-    } else if (*at == '\t') {
-      place.column = (place.column - 1) / 4 * 4 + 5;
-    } else if (*at != '\r' && (*at & 0xC0) != 0x80) {
-      ++place.column;
-    }
-  }
-  return place;
 }
 
 void readTag(Document& document, const MLDoc::Token& token, Tag& tag) {

@@ -9,12 +9,6 @@
 
 namespace ccml {
 
-// A place in a document, both from 1.
-struct Place {
-  int line = 1;
-  int column = 1;
-};
-
 class Document : public MLDoc {
  public:
   // Loads a file, or the standard input for "-". Throws a `TTT` when that fails.
@@ -26,6 +20,9 @@ class Document : public MLDoc {
   unsigned int offset() const { return position; }
   unsigned int offsetOf(const char* byte) const { return static_cast<unsigned int>(byte - text); }
   void seek(unsigned int offset) { position = offset; }
+
+  // The text as it was loaded: what `warnings` tells of is not overwritten in it.
+  const char* source() const { return loaded.empty() ? text : loaded.data(); }
 
   // The text of a slice with its entities decoded. Throws error 34.
   std::string decoded(const ChPair& raw);
@@ -39,18 +36,7 @@ class Document : public MLDoc {
 
  private:
   std::vector<unsigned int> warned;
-};
-
-// Turns offsets, which must not go back, into places; all of them together cost one pass.
-class PlaceCounter {
- public:
-  explicit PlaceCounter(const Document& document) : at(document.begin()), start(at) {}
-  Place placeOf(unsigned int offset);
-
- private:
-  const char* at;
-  const char* start;
-  Place place;
+  std::string loaded;  // a copy, made before the first byte is overwritten
 };
 
 // What stands in one tag: attributes in their order, and whether the reader passes over anything

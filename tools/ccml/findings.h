@@ -1,4 +1,4 @@
-// What is wrong with documents, and how it is printed: as lines, or as JSON for machines.
+// What is wrong with documents, as a walk over them finds it.
 #pragma once
 
 #include <cstdio>
@@ -7,12 +7,13 @@
 #include <vector>
 
 #include "document.h"
+#include "report.h"
 #include "tttproc.h"
 
 namespace ccml {
 
-enum class Severity { Error, Warning };
-enum class Format { Text, Json };
+using tools::Format;
+using tools::Severity;
 
 struct Finding {
   unsigned int offset;
@@ -23,34 +24,26 @@ struct Finding {
 // The findings of one document, in any order.
 using Findings = std::vector<Finding>;
 
-// Prints findings document by document, and counts them: to the standard output where they are what
-// was asked for, else to the error stream, beside the result.
+// Prints findings document by document: to the standard output where they are what was asked for,
+// else to the error stream, beside the result.
 class Printer {
  public:
-  explicit Printer(Format format, FILE* to = stdout) : form(format), stream(to) {}
+  explicit Printer(Format format, FILE* to = stdout);
 
   // Prints the findings of a document that was read, in the order of their places.
   void document(const std::string& path, const Document& read, Findings& findings);
   // Prints the failure of a document that could not be read.
   void unreadable(const std::string& path, const TTT& failure);
-  // Ends the output, with a summary if that is wanted.
+  // Ends the output, with a summary if that is wanted and the format is text.
   void finish(bool summary);
 
   // The exit code for everything printed so far.
-  int exitCode() const;
+  int exitCode() const { return report.exitCode(); }
 
  private:
-  void finding(const std::string& path, const Place* place, const Finding& found);
-  void openDocument(const std::string& path, bool readable);
-
   Format form;
   FILE* stream;
-  int documents = 0;
-  int withFindings = 0;
-  int errors = 0;
-  int warnings = 0;
-  int unreadables = 0;
-  bool firstFinding = true;
+  tools::Report report;
 };
 
 // Prints bytes.

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <new>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,13 +33,14 @@ constexpr char help[] =
 Checks, rewrites and searches markup documents. A FILE of "-" is the standard
 input.
 
-  ccml check [--strict] [--summary] [--format=text|json] FILE...
+  ccml check [--strict] [--summary] [--format=text|json|sarif] FILE...
       Walks each document to its end and prints every failure as
       file:line:column: error: text. --strict adds what a program's reader lets
       pass: tags that do not pair, attributes that stand twice, DOCTYPE and CDATA
       (which are read as comments), bytes that are not UTF-8, zero bytes, text
       outside of elements, parts of tags that are passed over, and elements
-      nested more than 1000 deep. --summary ends with the counts.
+      nested more than 1000 deep. --summary ends with the counts. SARIF 2.1.0 is
+      what code-review services read; its rules are the numbers of messages.
   ccml format [--layout=single|multi] [--indent=N] [--in-place] FILE...
       Rewrites documents: attributes beside the element's name or, with multi,
       each on a line of its own; N spaces a level, 0 for TABs. Texts, comments
@@ -233,9 +235,14 @@ const struct {
 };
 
 int runCommand(const CommandLine& line, int (*run)(const CommandLine&, const Paths&, Format)) {
-  const std::string_view form = line.value("--format");
-  if (line.has("--format") && form != "text" && form != "json")
-    return usage("The format is text or json.");
+  Format format = Format::Text;
+  if (line.has("--format")) {
+    const std::optional<Format> given = tools::parse_format(line.value("--format"));
+    const bool sarif = run == runCheck;
+    if (!given || (given == Format::Sarif && !sarif))
+      return usage(sarif ? "The format is text, json or sarif." : "The format is text or json.");
+    format = *given;
+  }
   if (line.operands.empty()) return usage("A file is missing.");
   std::string error;
   if (!loadTexts(line.value("--lang"), error)) {
@@ -243,7 +250,7 @@ int runCommand(const CommandLine& line, int (*run)(const CommandLine&, const Pat
     return tools::ExitUnreadable;
   }
   const Paths paths(line.operands.begin(), line.operands.end());
-  const int code = run(line, paths, form == "json" ? Format::Json : Format::Text);
+  const int code = run(line, paths, format);
   return tools::close_output() ? code : static_cast<int>(tools::ExitUnreadable);
 }
 

@@ -58,6 +58,11 @@ std::string textOf(const TTT& message) {
   return text;
 }
 
+std::string plainText(int dictionary, int number) {
+  const char* text = TTT::dictionaries[dictionary]->getString(number);
+  return text ? text : "";
+}
+
 TTT own(Message number) { return TTT(LocDictionary0, number); }
 
 }  // namespace ccml

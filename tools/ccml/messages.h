@@ -37,6 +37,9 @@ bool loadTexts(std::string_view language, std::string& error);
 // The text of a message, in the language loaded.
 std::string textOf(const TTT& message);
 
+// The text of a message of the library (dictionary 3) or of the tool, with its placeholders.
+std::string plainText(int dictionary, int number);
+
 // A message of the tool's own dictionary.
 TTT own(Message number);
 

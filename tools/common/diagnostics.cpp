@@ -59,13 +59,29 @@ std::string printable(std::string_view text, Lines lines) {
   return out;
 }
 
-void print_finding(std::string_view path, int line, int column, std::string_view text) {
+std::string finding_line(std::string_view path, int line, int column, std::string_view severity,
+                         std::string_view text) {
   std::string out = printable(path);
   for (const int place : {line, column}) {
     if (place > 0) out += ":" + std::to_string(place);
   }
-  out += ": error: " + printable(text) + "\n";
-  print(stderr, out);
+  return out + ": " + std::string(severity) + ": " + printable(text) + "\n";
+}
+
+std::string one_line(std::string_view text) {
+  std::string line;
+  for (const char c : text) {
+    if (c != '\n') {
+      line += c;
+    } else if (!line.empty()) {
+      line += line.back() == '.' ? " " : "; ";
+    }
+  }
+  return line;
+}
+
+void print_finding(std::string_view path, int line, int column, std::string_view text) {
+  print(stderr, finding_line(path, line, column, "error", text));
 }
 
 void print_problem(std::string_view tool, std::string_view text) {

@@ -25,6 +25,13 @@ enum class Lines {
 // and tabs as "\n" and "\t". Everything else stays.
 std::string printable(std::string_view text, Lines lines = Lines::Escape);
 
+// "path:line:column: severity: text" and a line feed. A line or column of 0 is left out.
+std::string finding_line(std::string_view path, int line, int column, std::string_view severity,
+                         std::string_view text);
+
+// A text of several lines as one: a line that ends without a full stop gets a semicolon.
+std::string one_line(std::string_view text);
+
 // Prints "path:line:column: error: text" and a line feed to the error stream. A line or column of 0
 // is left out.
 void print_finding(std::string_view path, int line, int column, std::string_view text);

@@ -1,6 +1,8 @@
 """What the tests of the tools share: files in a folder of their own, and comparisons that go on."""
 
+import json
 import os
+import re
 import sys
 import tempfile
 
@@ -21,6 +23,33 @@ def put(name, content):
 def get(name):
     with open(name, "rb") as file:
         return file.read()
+
+
+def sarif(output, tool, texts):
+    """(rule, level, URI, line, column) of each result, from an output whose structure is checked.
+
+    `texts` are the expected texts of some rules.
+    """
+    log = json.loads(output)
+    expect("version of SARIF", ("2.1.0", 1), (log["version"], len(log["runs"])))
+    run = log["runs"][0]
+    driver = run["tool"]["driver"]
+    expect("driver", (tool, "unicodeCodePoints"), (driver["name"], run["columnKind"]))
+    expect("version of the tool", True, re.fullmatch(r"\d+\.\d+\.\d+", driver["version"]) is not None)
+    rules = [rule["id"] for rule in driver["rules"]]
+    expect("each rule once", len(set(rules)), len(rules))
+    described = {rule["id"]: rule["shortDescription"]["text"] for rule in driver["rules"]}
+    expect("texts of rules", texts, {rule: described.get(rule) for rule in texts})
+    found = []
+    for result in run["results"]:
+        expect("index of a rule", result["ruleId"], rules[result["ruleIndex"]])
+        expect("text of a result", True, bool(result["message"]["text"]))
+        place = result["locations"][0]["physicalLocation"]
+        uri, region = place["artifactLocation"]["uri"], place.get("region", {})
+        expect("characters of a URI", None, re.search(r"[^A-Za-z0-9._~/%:-]|%(?![0-9A-F]{2})", uri))
+        found.append((result["ruleId"], result["level"], uri, region.get("startLine"),
+                      region.get("startColumn")))
+    return found
 
 
 def main(*tests):

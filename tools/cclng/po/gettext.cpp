@@ -83,7 +83,7 @@ void report(int severity, po_message_t /*message*/, const char* /*file*/, std::s
   Place place;
   if (line != unknown) place.line = static_cast<int>(line);
   if (line != unknown && column != unknown) place.column = static_cast<int>(column);
-  if (reports) reports->add(place, std::move(sentence));
+  if (reports) reports->add(place, RulePoFile, std::move(sentence));
 }
 
 void report_two(int severity, po_message_t first, const char* file, std::size_t line,
@@ -200,11 +200,12 @@ void check_header(const char* header, Findings& findings) {
   std::string upper = type;
   for (char& c : upper) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
   if (upper != "UTF-8" && upper != "ASCII" && upper != "US-ASCII") {
-    findings.add({1, 1}, "The header says that the text is in \"" + type +
-                             "\" instead of UTF-8; msgconv converts it.");
+    findings.add({1, 1, 1}, RulePoFile,
+                 "The header says that the text is in \"" + type +
+                     "\" instead of UTF-8; msgconv converts it.");
   }
   if (field(header, "Language").empty()) {
-    findings.add({1, 1}, "The header names no language.");
+    findings.add({1, 1, 1}, RulePoFile, "The header names no language.");
   }
 }
 
@@ -213,7 +214,7 @@ void check_header(const char* header, Findings& findings) {
 class PoReader {
  public:
   PoReader(const Catalogue& original, Findings& list) : reference(original), findings(list) {
-    catalogue.place = {1, 1};
+    catalogue.place = {1, 1, 1};
     catalogue.name = reference.name;
     catalogue.givenStamp = reference.givenStamp;
   }
@@ -243,20 +244,23 @@ class PoReader {
     const std::string text = po_message_msgstr(message);
     if (!original) {
       const char* context = po_message_msgctxt(message);
-      findings.add({}, context ? "The context \"" + std::string(context) +
-                                     "\" is no message number of the reference."
-                               : "The entry of \"" + std::string(po_message_msgid(message)) +
-                                     "\" has no message number for its context.");
+      findings.add({}, RulePoFile,
+                   context ? "The context \"" + std::string(context) +
+                                 "\" is no message number of the reference."
+                           : "The entry of \"" + std::string(po_message_msgid(message)) +
+                                 "\" has no message number for its context.");
     } else if (po_message_msgid_plural(message)) {
-      findings.add({}, "Message " + std::to_string(number) +
-                           " has plural forms, which dictionaries do not have.");
+      findings.add({}, RulePoFile,
+                   "Message " + std::to_string(number) +
+                       " has plural forms, which dictionaries do not have.");
     } else if (po_message_is_fuzzy(message)) {
       ++fuzzy;
     } else if (original->text != po_message_msgid(message)) {
       ++outdated;
     } else if (strchk_utf8(text.data(), static_cast<unsigned int>(text.size()))) {
       findings.add(
-          {}, "Message " + std::to_string(number) + " holds a character of more than three bytes.");
+          {}, RulePoFile,
+          "Message " + std::to_string(number) + " holds a character of more than three bytes.");
     } else if (!text.empty() || original->text.empty()) {
       catalogue.messages.push_back({number, {}, text, comment_of(message, ' ')});
     }
@@ -264,8 +268,9 @@ class PoReader {
 
   void count(int messages, const char* what) {
     if (messages == 0) return;
-    findings.add({}, "Messages that are " + std::string(what) + ": " + std::to_string(messages) +
-                         ". They count as not translated.");
+    findings.add({}, RulePoFile,
+                 "Messages that are " + std::string(what) + ": " + std::to_string(messages) +
+                     ". They count as not translated.");
   }
 
   const Catalogue& reference;
