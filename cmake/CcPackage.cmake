@@ -90,7 +90,8 @@ set(CPACK_DEBIAN_TOOLS_PACKAGE_CONTROL_EXTRA "${packages}/conffiles")
 set(CPACK_DEBIAN_TOOLS_DESCRIPTION
     "building blocks of a program - tools and dictionaries
 The dictionaries in which the library's messages are shown; ccml, which checks
-and queries markup documents; cclng, which compiles dictionaries.")
+and queries markup documents; cclng, which compiles dictionaries and turns them
+into PO files and back.")
 
 # Dependencies are found when the programs stand, just before the packages are made.
 set(CPACK_PROJECT_CONFIG_FILE "${PROJECT_SOURCE_DIR}/packaging/debian/dependencies.cmake")

@@ -9,10 +9,13 @@ import subprocess
 from support.harness import expect, get, main, put, sarif
 
 CCLNG = os.environ["CCLNG"]
+# Only a build with sanitizers reads this.
+LEAKS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "support", "leaks.txt")
 
 
 def run(*arguments, etc="/nonexistent/", **options):
-    environment = dict(os.environ, COMMON_CORE_ETC_DIR=etc)
+    environment = dict(os.environ, COMMON_CORE_ETC_DIR=etc,
+                       LSAN_OPTIONS=f"suppressions={LEAKS}:print_suppressions=0")
     return subprocess.run([CCLNG, *arguments], capture_output=True, env=environment, **options)
 
 
