@@ -29,21 +29,19 @@ void fillPairs(std::uint16_t (&pairs)[2048], const unsigned short* table) {
   }
 }
 
-// True where no three-byte character that begins with the byte 0xE0 + `low` changes.
-bool isCaseless(const unsigned short* table, unsigned int low) {
-  for (unsigned int u = low << 12; u < (low + 1) << 12; ++u) {
-    if (table[u] != u) return false;
-  }
-  return true;
-}
-
 // The longest run of caseless leads; that of 0xE0, whose overlong forms reach everything, is none.
 void findCaseless(kernels::CaseMap& map, const unsigned short* table) {
+  bool changed[16] = {};  // by the high four bits of the unit, which are those of the lead
+  for (const UnitRange& range : casedRanges) {
+    for (unsigned int u = range.begin; u < range.end; ++u) {
+      if (table[u] != u) changed[u >> 12] = true;
+    }
+  }
   map.caselessLow = map.caselessHigh = 0x7F;
   unsigned int longest = 0;
   unsigned int length = 0;
   for (unsigned int low = 1; low < 16; ++low) {
-    length = isCaseless(table, low) ? length + 1 : 0;
+    length = changed[low] ? 0 : length + 1;
     if (length <= longest) continue;
     longest = length;
     map.caselessHigh = static_cast<unsigned char>(0x60 + low);
@@ -51,21 +49,27 @@ void findCaseless(kernels::CaseMap& map, const unsigned short* table) {
   }
 }
 
+// Adds the unit where it is one that the unit tables do not tell; false where that cannot be said.
+bool addExtra(CaseTables& tables, unsigned int u) {
+  const std::uint16_t upper = chr_upper_table_utf16[u];
+  if (upper == u) return true;
+  const bool isLast = chr_upper_table_utf16[upper] == upper;
+  if (isLast && chr_lower_table_utf16[upper] == u) return true;
+  if (!isLast || tables.extraCount == CaseTables::mostExtras) return false;
+  tables.extras[tables.extraCount++] = {upper, static_cast<std::uint16_t>(u)};
+  tables.mayHaveExtras[upper & 0xFF] = true;
+  return true;
+}
+
 void findExtras(CaseTables& tables) {
   tables.extraCount = 0;
   for (bool& may : tables.mayHaveExtras) may = false;
-  for (unsigned int u = 0; u < 65536; ++u) {
-    const std::uint16_t upper = chr_upper_table_utf16[u];
-    if (upper == u ||
-        (chr_lower_table_utf16[upper] == u && chr_upper_table_utf16[upper] == upper)) {
-      continue;
-    }
-    if (chr_upper_table_utf16[upper] != upper || tables.extraCount == CaseTables::mostExtras) {
+  for (const UnitRange& range : casedRanges) {
+    for (unsigned int u = range.begin; u < range.end; ++u) {
+      if (addExtra(tables, u)) continue;
       tables.extraCount = -1;
       return;
     }
-    tables.extras[tables.extraCount++] = {upper, static_cast<std::uint16_t>(u)};
-    tables.mayHaveExtras[upper & 0xFF] = true;
   }
 }
 

@@ -8,6 +8,26 @@
 
 namespace cc {
 
+struct UnitRange {
+  unsigned int begin, end;
+};
+
+/// The units that may have case; no locale is asked about the others, which is most of the cost of
+/// loading. Between the ranges stand scripts without case, ideographs, symbols and what is no
+/// character (Unicode 15, UnicodeData.txt).
+inline constexpr UnitRange casedRanges[] = {
+    {0x0000, 0x0590},  // Latin to Armenian
+    {0x10A0, 0x1100},  // Georgian
+    {0x13A0, 0x1400},  // Cherokee
+    {0x1C80, 0x2000},  // Cyrillic, Georgian, phonetic, Latin and Greek extensions
+    {0x2100, 0x2190},  // letterlike symbols, Roman numbers
+    {0x24B0, 0x24F0},  // circled letters
+    {0x2C00, 0x2E00},  // Glagolitic, Coptic, more of the above
+    {0xA640, 0xA800},  // Cyrillic and Latin extensions
+    {0xAB30, 0xABC0},  // Latin, Cherokee
+    {0xFF20, 0xFF60},  // letters of full width
+};
+
 /// Facts about the tables, and shorter forms of them.
 struct CaseTables {
   /// The byte tables map a-z and A-Z and nothing else.

@@ -19,8 +19,22 @@
 unsigned char chr_lower_table_ascii[256];
 unsigned char chr_upper_table_ascii[256];
 char chr_types_table_ascii[256];
-unsigned short chr_lower_table_utf16[65536];
-unsigned short chr_upper_table_utf16[65536];
+// Each unit itself, in the file: what has no case is never written, so its pages cost nothing.
+#define CC_16_UNITS(u)                                                                      \
+  u, u + 1, u + 2, u + 3, u + 4, u + 5, u + 6, u + 7, u + 8, u + 9, u + 10, u + 11, u + 12, \
+      u + 13, u + 14, u + 15
+#define CC_64_UNITS(u) CC_16_UNITS(u), CC_16_UNITS(u + 16), CC_16_UNITS(u + 32), CC_16_UNITS(u + 48)
+#define CC_256_UNITS(u) \
+  CC_64_UNITS(u), CC_64_UNITS(u + 64), CC_64_UNITS(u + 128), CC_64_UNITS(u + 192)
+#define CC_1K_UNITS(u) \
+  CC_256_UNITS(u), CC_256_UNITS(u + 256), CC_256_UNITS(u + 512), CC_256_UNITS(u + 768)
+#define CC_4K_UNITS(u) \
+  CC_1K_UNITS(u), CC_1K_UNITS(u + 1024), CC_1K_UNITS(u + 2048), CC_1K_UNITS(u + 3072)
+#define CC_16K_UNITS(u) \
+  CC_4K_UNITS(u), CC_4K_UNITS(u + 4096), CC_4K_UNITS(u + 8192), CC_4K_UNITS(u + 12288)
+#define CC_64K_UNITS CC_16K_UNITS(0), CC_16K_UNITS(16384), CC_16K_UNITS(32768), CC_16K_UNITS(49152)
+unsigned short chr_lower_table_utf16[65536] = {CC_64K_UNITS};
+unsigned short chr_upper_table_utf16[65536] = {CC_64K_UNITS};
 bool chr_tables_prepare_done;
 const char empty_string[1] = {0};
 const unsigned short empty_string16[1] = {0};
@@ -93,9 +107,11 @@ void chr_tables_prepare() {
     chr_upper_table_ascii[x] = static_cast<unsigned char>(cc::locale::upper(x));
     chr_types_table_ascii[x] = classOf(x);
   }
-  for (unsigned int u = 0; u < 65536; ++u) {
-    chr_lower_table_utf16[u] = static_cast<unsigned short>(cc::locale::lowerWide(u));
-    chr_upper_table_utf16[u] = static_cast<unsigned short>(cc::locale::upperWide(u));
+  for (const cc::UnitRange& range : cc::casedRanges) {
+    for (unsigned int u = range.begin; u < range.end; ++u) {
+      chr_lower_table_utf16[u] = static_cast<unsigned short>(cc::locale::lowerWide(u));
+      chr_upper_table_utf16[u] = static_cast<unsigned short>(cc::locale::upperWide(u));
+    }
   }
   cc::deriveCaseTables();
   chr_tables_prepare_done = true;
