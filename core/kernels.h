@@ -15,6 +15,41 @@
 
 namespace cc::kernels {
 
+// ------------------------------------------------------------------ short copies
+
+/// Copies the `n` bytes that the first and the last `T` of a range cover between them.
+template <class T>
+inline void copyEnds(const char* from, std::size_t n, char* to) {
+  const T head = loadAs<T>(from);
+  const T tail = loadAs<T>(from + n - sizeof(T));
+  storeAs(to, head);
+  storeAs(to + n - sizeof(T), tail);
+}
+
+/// Copies `n` bytes and returns the end of the copy: without a call where they are few. All are
+/// read before the first is written.
+inline char* copyShort(const char* from, std::size_t n, char* to) {
+  struct Sixteen {
+    char bytes[16];
+  };
+  if (n > 2 * sizeof(Sixteen)) {
+    std::memmove(to, from, n);
+  } else if (n >= 16) {
+    copyEnds<Sixteen>(from, n, to);
+  } else if (n >= 8) {
+    copyEnds<std::uint64_t>(from, n, to);
+  } else if (n >= 4) {
+    copyEnds<std::uint32_t>(from, n, to);
+  } else if (n != 0) {
+    const char middle = from[n / 2];
+    const char last = from[n - 1];
+    *to = *from;
+    to[n / 2] = middle;
+    to[n - 1] = last;
+  }
+  return to + n;
+}
+
 // ------------------------------------------------------------------ searches in short ranges
 //
 // Inline, for names, values and other ranges that are mostly below 32 bytes. Each reads nothing
@@ -65,16 +100,24 @@ inline const char* findControl(const char* p, const char* end) {
   return findMarked(p, end, [](Block::Bytes v) { return Block::below(v, 0x20); });
 }
 
-/// First of the five bytes that markup escapes: " ' & < >
-inline const char* findEscapable(const char* p, const char* end) {
+/// Marks the five bytes that markup escapes: " ' & < >
+inline NativeBlock::Marks escapable(NativeBlock::Bytes v) {
   using Block = NativeBlock;
-  return findMarked(p, end, [](Block::Bytes v) {
-    // '&' and ''' differ in one bit, '<' and '>' in another.
-    const Block::Bytes quotes = Block::equal(v, Block::all('"'));
-    const Block::Bytes low = Block::equal(Block::either(v, Block::all(1)), Block::all('\''));
-    const Block::Bytes angles = Block::equal(Block::either(v, Block::all(2)), Block::all('>'));
-    return Block::either(quotes, Block::either(low, angles));
-  });
+  // '&' and ''' differ in one bit, '<' and '>' in another.
+  const Block::Bytes quotes = Block::equal(v, Block::all('"'));
+  const Block::Bytes low = Block::equal(Block::either(v, Block::all(1)), Block::all('\''));
+  const Block::Bytes angles = Block::equal(Block::either(v, Block::all(2)), Block::all('>'));
+  return Block::either(quotes, Block::either(low, angles));
+}
+
+/// First of the bytes that markup escapes.
+inline const char* findEscapable(const char* p, const char* end) {
+  return findMarked(p, end, [](NativeBlock::Bytes v) { return escapable(v); });
+}
+
+/// The mask of the bytes that markup escapes in the block at `p`.
+inline NativeBlock::Mask escapableAt(const char* p) {
+  return NativeBlock::mask(escapable(NativeBlock::load(p)));
 }
 
 /// First byte that is not one of space, TAB, LF, CR.

@@ -3,43 +3,15 @@
 // What one call writes is assembled in a piece on the stack and goes to the targets in one write;
 // only what does not fit takes several.
 
-#include <algorithm>
 #include <climits>
 #include <cstdarg>
 #include <cstring>
 #include <new>
 
 #include "core/formatted_text.h"
-#include "core/kernels.h"
 #include "markup/escape.h"
 #include "markup/mldocout_piece.h"
 #include "mlproc.h"
-
-namespace {
-
-unsigned long long escapedLength(const char* begin, const char* end) {
-  unsigned long long length = static_cast<unsigned long long>(end - begin);
-  const char* p = cc::kernels::findEscapable(begin, end);
-  while (p != end) {
-    length += cc::entityOf(*p).size() - 1;
-    p = cc::kernels::findEscapable(p + 1, end);
-  }
-  return length;
-}
-
-// Writes the escaped bytes; returns the end.
-char* escape(const char* begin, const char* end, char* to) {
-  while (true) {
-    const char* const stop = cc::kernels::findEscapable(begin, end);
-    to = std::copy(begin, stop, to);
-    if (stop == end) return to;
-    const std::string_view entity = cc::entityOf(*stop);
-    to = std::copy(entity.begin(), entity.end(), to);
-    begin = stop + 1;
-  }
-}
-
-}  // namespace
 
 MLDocOut::MLDocOut() : file(true) {}
 
@@ -65,14 +37,14 @@ void MLDocOut::write(const char* data, int size) {
 void MLDocOut::write(const char* text) {
   Piece piece(*this);
   piece.add(text);
-  piece.flush();
+  piece.finish();
 }
 
 void MLDocOut::writeLn(const char* text) {
   Piece piece(*this);
   piece.add(text);
   piece.add(newLine);
-  piece.flush();
+  piece.finish();
 }
 
 void MLDocOut::writef(const char* format, ...) {
@@ -100,7 +72,7 @@ void MLDocOut::writeIndent() {
 void MLDocOut::writeEscaped(const char* begin, const char* end) {
   Piece piece(*this);
   piece.addEscaped(begin, end);
-  piece.flush();
+  piece.finish();
 }
 
 void MLDocOut::writeEscaped(const char* text) {
@@ -110,10 +82,10 @@ void MLDocOut::writeEscaped(const char* text) {
 
 void MLDocOut::escapeString(const ChPair& source, ChArr& out) {
   if (source.isEmpty()) return out.adopt(nullptr);
-  const unsigned long long length = escapedLength(source.begin, source.end);
+  const unsigned long long length = cc::escapedLength(source.begin, source.end);
   if (length >= PTRDIFF_MAX) throw std::bad_alloc();
   char* const escaped = new char[static_cast<std::size_t>(length) + 1];
-  *escape(source.begin, source.end, escaped) = 0;
+  *cc::escapeText(source.begin, source.end, escaped) = 0;
   out.adopt(escaped);
 }
 
@@ -123,7 +95,7 @@ void MLDocOut::beginItem(const char* name) {
   piece.add("<");
   piece.add(name);
   if (multiLine) piece.add(newLine);
-  piece.flush();
+  piece.finish();
   ++level;
 }
 
@@ -132,7 +104,7 @@ void MLDocOut::beginChildren() {
   if (multiLine) piece.addIndent();
   piece.add(">");
   piece.add(newLine);
-  piece.flush();
+  piece.finish();
 }
 
 void MLDocOut::endItem(const char* name) {
@@ -149,5 +121,5 @@ void MLDocOut::endItem(const char* name) {
     piece.add("/>");
   }
   piece.add(newLine);
-  piece.flush();
+  piece.finish();
 }

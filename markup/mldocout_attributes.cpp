@@ -4,58 +4,35 @@
 // the attribute's name and both quotes; of texts and flags only the beginning does.
 
 #include <charconv>
-#include <string_view>
 
 #include "markup/mldocout_piece.h"
 #include "markup/number_text.h"
 #include "mlproc.h"
 #include "platform/locale.h"
 
-namespace {
-
-std::string_view between(const char* begin, const char* end) {
-  return {begin, static_cast<std::size_t>(end - begin)};
-}
-
-}  // namespace
-
 void MLDocOut::writeUIntAttr(const char* name, unsigned int value, bool skipZero) {
   if (skipZero && value == 0) return;
-  char text[16];
-  Piece piece(*this);
-  piece.beginAttribute(name);
-  piece.add(between(text, std::to_chars(text, text + sizeof text, value).ptr));
-  piece.endAttribute();
+  Piece(*this).addNumber(
+      name, [value](char* to) { return std::to_chars(to, to + cc::maxNumberText, value).ptr; });
 }
 
 void MLDocOut::writeIntAttr(const char* name, int value, bool skipZero) {
   if (skipZero && value == 0) return;
-  char text[16];
-  Piece piece(*this);
-  piece.beginAttribute(name);
-  piece.add(between(text, std::to_chars(text, text + sizeof text, value).ptr));
-  piece.endAttribute();
+  Piece(*this).addNumber(
+      name, [value](char* to) { return std::to_chars(to, to + cc::maxNumberText, value).ptr; });
 }
 
 void MLDocOut::writeDoubleAttr(const char* name, double value, bool skipZero) {
   if (skipZero && value == 0.0) return;
   cc::locale::requireNumericC();
-  char text[cc::maxNumberText];
-  Piece piece(*this);
-  piece.beginAttribute(name);
-  piece.add(between(text, cc::writeFixed(text, value)));
-  piece.endAttribute();
+  Piece(*this).addNumber(name, [value](char* to) { return cc::writeFixed(to, value); });
 }
 
 void MLDocOut::writeDateAttr(const char* name, long time, bool skipZero) {
   if (skipZero && time == 0) return;
-  char text[cc::maxNumberText];
-  const char* const end = cc::writeDate(text, time);
-  if (!end) return;
-  Piece piece(*this);
-  piece.beginAttribute(name);
-  piece.add(between(text, end));
-  piece.endAttribute();
+  cc::CalendarTime calendar;
+  if (!cc::toCalendar(time, calendar)) return;
+  Piece(*this).addNumber(name, [&](char* to) { return cc::writeDate(to, calendar); });
 }
 
 void MLDocOut::writeStrAttr(const char* name, const char* value, bool skipEmpty) {

@@ -11,14 +11,15 @@
 
 void MLDocOut::Piece::addAnyway(std::string_view text) {
   text = text.substr(0, left);
-  if (text.size() > sizeof bytes - used) flush();
-  if (text.size() <= sizeof bytes) return add(text);
+  if (text.size() > room()) flush();
+  if (text.size() <= roomOfPiece) return add(text);
   left -= text.size();
   while (!text.empty()) {
     const std::size_t n = std::min<std::size_t>(text.size(), INT_MAX);
     out.write(text.data(), static_cast<int>(n));
     text.remove_prefix(n);
   }
+  start();
 }
 
 void MLDocOut::Piece::addEscaped(const char* begin, const char* end) {
@@ -26,23 +27,24 @@ void MLDocOut::Piece::addEscaped(const char* begin, const char* end) {
     const char* const stop = cc::kernels::findEscapable(begin, end);
     add(std::string_view(begin, static_cast<std::size_t>(stop - begin)));
     if (stop == end) break;
-    add(cc::entityOf(*stop));
+    const cc::Entity& entity = cc::entityOf(*stop);
+    add(std::string_view(entity.bytes.data(), entity.size));
     begin = stop + 1;
   }
 }
 
 void MLDocOut::Piece::addIndent() {
   const int perLevel = out.indentSize > 0 ? out.indentSize : 1;
-  const int room = static_cast<int>(sizeof bytes - used);
   if (out.level <= 0) return;
-  if (out.level > room / perLevel) {
+  if (out.level > static_cast<int>(room()) / perLevel) {
     flush();
-    return out.writeIndent();
+    out.writeIndent();
+    return start();
   }
   const std::size_t count =
       static_cast<std::size_t>(out.level) * static_cast<std::size_t>(perLevel);
-  std::memset(bytes + used, out.indentSize > 0 ? ' ' : '\t', count);
-  used += count;
+  std::memset(at, out.indentSize > 0 ? ' ' : '\t', count);
+  at += count;
 }
 
 void MLDocOut::Piece::beginAttribute(const char* name) {
@@ -60,11 +62,5 @@ void MLDocOut::Piece::endAttribute() {
   add("\"");
   endCut();
   if (out.multiLine) add(out.newLine);
-  flush();
-}
-
-void MLDocOut::Piece::flush() {
-  const int n = static_cast<int>(used);
-  used = 0;
-  out.write(bytes, n);
+  finish();
 }

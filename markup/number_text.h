@@ -11,9 +11,17 @@ constexpr std::size_t maxNumberText = 320;
 // Writes `value` as "%f" prints it in the "C" locale. Returns the end; no terminator.
 char* writeFixed(char* out, double value);
 
-// Writes `time`, seconds since 1970-01-01 00:00 UTC, as "%04u-%02u-%02uT%02u:%02u:%02u" prints its
-// UTC year, month, day, hour, minute and second. Returns the end, or null for a time whose calendar
-// year, counted from 1900, does not fit an `int`.
-char* writeDate(char* out, long long time);
+// A time as the calendar has it, in UTC.
+struct CalendarTime {
+  long long year;
+  unsigned int month, day, hour, minute, second;
+};
+
+// Takes `time` apart, seconds since 1970-01-01 00:00 UTC. False for a time whose year, counted from
+// 1900, does not fit an `int`.
+bool toCalendar(long long time, CalendarTime& calendar);
+
+// Writes the time as "%04u-%02u-%02uT%02u:%02u:%02u" prints it. Returns the end; no terminator.
+char* writeDate(char* out, const CalendarTime& calendar);
 
 }  // namespace cc

@@ -13,6 +13,7 @@
 #include "tests/markup/comma_locale.h"
 #include "tests/markup/reader_trace.h"
 #include "tests/support/alloc_sweep.h"
+#include "tests/support/guarded_buffer.h"
 #include "tests/support/plain_numbers.h"
 #include "tests/support/temp_folder.h"
 
@@ -267,6 +268,28 @@ TEST(EscapeString, TheReaderGetsBackEveryByte) {
   ChArr back;
   doc.convertEscape(escaped, back);
   EXPECT_EQ(all, back.get());
+}
+
+// Blocks, and what is left of them, against one byte after the other.
+TEST(EscapeString, TextsOfEveryLength) {
+  std::mt19937_64 random(9);
+  const char* const bytes = "ab\"'&<>";
+  for (std::size_t n = 0; n < 200; ++n) {
+    for (const unsigned int kinds : {2U, 4U, 7U}) {
+      std::string text;
+      std::string expected;
+      for (std::size_t i = 0; i < n; ++i) {
+        const std::size_t kind = random() % (random() % 5 ? 2 : kinds);
+        text += bytes[kind];
+        const char* const forms[] = {"a", "b", "&quot;", "&apos;", "&amp;", "&lt;", "&gt;"};
+        expected += forms[kind];
+      }
+      const cc::test::GuardedBuffer source(text);
+      ChArr escaped;
+      MLDocOut::escapeString(ChPair(source.begin(), source.end()), escaped);
+      ASSERT_EQ(expected, escaped.c_str()) << text;
+    }
+  }
 }
 
 TEST(Writer, FileAndBagGetTheSame) {
