@@ -83,6 +83,20 @@ std::uint64_t longMagnitude(const char* p, std::size_t n, std::uint64_t& wrong) 
   return top * (e8 * e8) + middle * e8 + low;
 }
 
+constexpr std::size_t mostShort = 9;  // digits whose number fits every type
+
+// Stands by itself, so that short numbers need no room on the stack.
+template <class T>
+[[gnu::noinline]] bool parseLong(const char* digits, std::size_t n, bool negative, T limit,
+                                 T& out) {
+  std::uint64_t wrong = 0;
+  const std::uint64_t magnitude = longMagnitude(digits, n, wrong);
+  if (wrong != 0 || magnitude > static_cast<std::uint64_t>(limit)) return false;
+  const T value = static_cast<T>(magnitude);
+  out = negative ? -value : value;
+  return true;
+}
+
 // An optional sign and decimal digits that fill the range, of a magnitude of at most `limit`.
 template <class T>
 bool parseRange(const char* begin, const char* end, T limit, T& out) {
@@ -94,20 +108,15 @@ bool parseRange(const char* begin, const char* end, T limit, T& out) {
     ++begin;
     if (--n == 0) return false;
   }
-  T value = 0;
-  if (n <= 8) {
-    do {
-      const unsigned int digit = static_cast<unsigned char>(*begin) - unsigned{'0'};
-      if (digit > 9) return false;
-      value = value * 10 + static_cast<T>(digit);
-    } while (++begin != end);
-  } else {
-    std::uint64_t wrong = 0;
-    const std::uint64_t magnitude = longMagnitude(begin, n, wrong);
-    if (wrong != 0 || magnitude > static_cast<std::uint64_t>(limit)) return false;
-    value = static_cast<T>(magnitude);
+  if (n > mostShort) return parseLong(begin, n, negative, limit, out);
+  unsigned int number = static_cast<unsigned char>(*begin) - unsigned{'0'};
+  if (number > 9) return false;
+  while (++begin != end) {
+    const unsigned int digit = static_cast<unsigned char>(*begin) - unsigned{'0'};
+    if (digit > 9) return false;
+    number = number * 10 + digit;
   }
-  out = negative ? -value : value;
+  out = negative ? -static_cast<T>(number) : static_cast<T>(number);
   return true;
 }
 
