@@ -26,10 +26,11 @@ foreach(component IN ITEMS runtime dev tools)
           DESTINATION "share/doc/${CC_PACKAGE_${component}}" COMPONENT ${component})
 endforeach()
 
-# The guide and the examples go with the headers.
+# The guide and the examples go with the headers, placed as the README links them.
 file(GLOB guide "${PROJECT_SOURCE_DIR}/docs/*.md")
-install(FILES "${PROJECT_SOURCE_DIR}/README.md" ${guide}
+install(FILES "${PROJECT_SOURCE_DIR}/README.md"
         DESTINATION "share/doc/${CC_PACKAGE_dev}" COMPONENT dev)
+install(FILES ${guide} DESTINATION "share/doc/${CC_PACKAGE_dev}/docs" COMPONENT dev)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION "share/doc/${CC_PACKAGE_dev}"
         COMPONENT dev)
 

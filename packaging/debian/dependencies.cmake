@@ -1,7 +1,7 @@
 # Read by CPack: what the packages depend on. The version of the C library is the highest that a
-# symbol asks for; the C++ runtime is that of the compiler or later; gettext's library for PO files is
-# needed where cclng was linked with it. (dpkg-shlibdeps would look at
-# the libraries of the machine, which has those of the other word size only in strange places.)
+# symbol asks for; the C++ runtime is that of the compiler or later; gettext's library for PO files
+# is needed where cclng was linked with it. (dpkg-shlibdeps would look at the libraries of the
+# machine, which has those of the other word size only in strange places.)
 
 function(cc_dependencies result)
   set(highest 2.2)
