@@ -88,11 +88,15 @@ set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME ${CC_PACKAGE_tools})
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION "utils\nMulti-Arch: foreign")
 set(CPACK_DEBIAN_TOOLS_DEBUGINFO_PACKAGE ON)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_CONTROL_EXTRA "${packages}/conffiles")
+set(po "")
+if(CC_GETTEXTPO)
+  set(po " and turns them into PO files and back")
+endif()
 set(CPACK_DEBIAN_TOOLS_DESCRIPTION
     "building blocks of a program - tools and dictionaries
 The dictionaries in which the library's messages are shown; ccml, which checks
-and queries markup documents; cclng, which compiles dictionaries and turns them
-into PO files and back.")
+and queries markup documents; cclng, which compiles and compares
+dictionaries${po}.")
 
 # Dependencies are found when the programs stand, just before the packages are made.
 set(CPACK_PROJECT_CONFIG_FILE "${PROJECT_SOURCE_DIR}/packaging/debian/dependencies.cmake")
