@@ -238,6 +238,8 @@ def test_decompile_foreign_files():
         ("nothing", b"", 1, cut),
         ("text", b"no dictionary at all, but long enough", 1, invalid),
         ("cut", good[:-1], 1, cut),
+        ("the greatest count", good[:20] + struct.pack("<i", 0x7FFFFFFF) + good[24:], 1, cut),
+        ("the greatest pool", good[:24] + struct.pack("<i", 0x7FFFFFFF) + good[28:], 1, cut),
         ("offset outside", good[:28] + struct.pack("<2I", 0, 4) + good[36:], 1, invalid),
         ("negative count", good[:20] + struct.pack("<i", -1) + good[24:], 1, invalid),
         ("version", good[:8] + b"\2" + good[9:], 1, b": error: The dictionary has an unsupported "

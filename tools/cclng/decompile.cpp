@@ -19,7 +19,7 @@ namespace {
 constexpr unsigned int MaxFileSize = 0x7FFFFFFF;
 
 // Words of the header, by their place in the file.
-enum HeaderWord : std::size_t { Magic = 1, Stamp = 4, Count = 5, HeaderWords = 7 };
+enum HeaderWord : std::size_t { Magic = 1, Stamp = 4, Count = 5, PoolSize = 6, HeaderWords = 7 };
 
 struct Dictionary {
   tools::ByteOrder order = tools::ByteOrder::Little;
@@ -34,6 +34,20 @@ std::uint32_t word(const std::string& bytes, HeaderWord which, tools::ByteOrder 
     value = value << 8 | static_cast<unsigned char>(bytes[4 * which + place]);
   }
   return value;
+}
+
+// Whether a file that begins well is shorter than its header says: the loader would ask for memory
+// that no text needs.
+bool endsEarly(const std::string& bytes, tools::ByteOrder order) {
+  constexpr std::uint32_t head[] = {0, 0x524C434C, 1, 8};
+  for (std::size_t i = 0; i < std::size(head); ++i) {
+    if (word(bytes, static_cast<HeaderWord>(i), order) != head[i]) return false;
+  }
+  const auto asked = [&](HeaderWord which) {
+    return static_cast<long long>(static_cast<std::int32_t>(word(bytes, which, order)));
+  };
+  const auto held = static_cast<long long>(bytes.size() - 4 * HeaderWords);
+  return 4 * asked(Count) > held || asked(PoolSize) > held;
 }
 
 // Why the loader refuses a file; the codes that its own count and stamp cannot cause are left out.
@@ -55,17 +69,19 @@ std::string refusal(int code) {
 std::optional<Dictionary> readDictionary(const std::string& path, const std::string& bytes) {
   Dictionary dictionary;
   IDLocLoader::Localization info = {0, 8, 0};
+  bool cut = false;
   if (bytes.size() >= 4 * HeaderWords) {
     const bool little = std::memcmp(bytes.data() + 4 * Magic, "LCLR", 4) == 0;
     dictionary.order = little ? tools::ByteOrder::Little : tools::ByteOrder::Big;
     dictionary.stamp = word(bytes, Stamp, dictionary.order);
     info.stamp = static_cast<int>(dictionary.stamp);
     info.count = static_cast<int>(word(bytes, Count, dictionary.order));
+    cut = endsEarly(bytes, dictionary.order);
   }
   UTF8File file(true);
   file.open(path.c_str(), UTF8File::ModeRead);
   IDLocLoader loader;
-  const int code = loader.load(file.getStream(), info);
+  const int code = cut ? 6 : loader.load(file.getStream(), info);
   if (code != 0 || info.count < 0) {
     tools::print_finding(path, 0, 0, refusal(code == 0 ? 2 : code));
     return std::nullopt;
