@@ -62,6 +62,8 @@ DOCUMENTS = [
     (document(message(0, "a"), "<message number='1'>b</message>"),
      ["3:1: The attribute \"number\" is missing or empty.",
       "3:18: Message 18 of the dictionary common_core."]),
+    (document(message(0, "a"), head='name="m" language="eng" x=y "</x>"'),
+     ["1:40: Message 18 of the dictionary common_core."]),
     # structure
     ("<dictionary name=\"m\" language=\"eng\">" + message(0, "a"),
      ["1:68: The end tag of \"dictionary\" is missing."]),

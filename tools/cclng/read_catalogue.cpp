@@ -32,6 +32,9 @@ class Document : public MLDoc {
   const char* begin() const { return text; }
   const char* end() const { return text + textSize; }
   unsigned int offset() const { return position; }
+  void goBehind(const MLDoc::Token& token) {
+    position = static_cast<unsigned int>(token.tag.end - text);
+  }
 
  private:
   const char* source;
@@ -227,6 +230,7 @@ class Reader {
       }
     } catch (const TTT& error) {
       findings.add(doc.here(), error);
+      doc.goBehind(token);  // what cannot be read of the tag is not looked into for markup
     }
     return values;
   }
