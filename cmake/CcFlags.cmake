@@ -13,3 +13,10 @@ if(COMMON_CORE_SANITIZE)
                       -fno-omit-frame-pointer)
   add_link_options("-fsanitize=${COMMON_CORE_SANITIZE}")
 endif()
+
+# Counters of what runs; for the library alone, see cmake/CcLibrary.cmake.
+add_library(cc_coverage INTERFACE)
+if(COMMON_CORE_COVERAGE)
+  target_compile_options(cc_coverage INTERFACE --coverage -fprofile-update=atomic)
+  target_link_options(cc_coverage INTERFACE --coverage)
+endif()

@@ -30,7 +30,7 @@ foreach(folder IN LISTS CC_FOLDERS)
     add_library(cc_${folder} STATIC ${sources})
     target_include_directories(cc_${folder} PRIVATE "${PROJECT_SOURCE_DIR}/include"
                                "${PROJECT_SOURCE_DIR}")
-    target_link_libraries(cc_${folder} PRIVATE cc_flags ${CC_PATHS_TARGET})
+    target_link_libraries(cc_${folder} PRIVATE cc_flags cc_coverage ${CC_PATHS_TARGET})
     list(APPEND CC_STATIC_LIBRARIES cc_${folder})
     list(APPEND objects $<TARGET_OBJECTS:cc_${folder}>)
   endif()
@@ -62,7 +62,7 @@ if(CC_STATIC_LIBRARIES)
   target_include_directories(common_core PUBLIC
                              "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>")
   target_compile_features(common_core INTERFACE cxx_std_17)
-  target_link_libraries(common_core PRIVATE ${CC_PATHS_TARGET})
+  target_link_libraries(common_core PRIVATE cc_coverage ${CC_PATHS_TARGET})
 endif()
 
 set(map "${PROJECT_SOURCE_DIR}/packaging/common_core.map")

@@ -24,7 +24,8 @@ void check(const std::string& a, const std::string& b) {
   const char* const pattern = a.data();
   const char* const text = b.data();
   fuzz::expect(fuzz::offsetIn(b, strfind(text, nb, pattern, na)) == reference::find(b, a, false));
-  fuzz::expect(fuzz::offsetIn(b, strfind_i_ascii(text, nb, pattern, na)) == reference::find(b, a, true));
+  fuzz::expect(fuzz::offsetIn(b, strfind_i_ascii(text, nb, pattern, na)) ==
+               reference::find(b, a, true));
   fuzz::expect(strcmp_i_ascii(pattern, pattern + na, text, text + nb) ==
                reference::compareNoCase(a, b));
   fuzz::expect(streq_i_ascii(pattern, na, text, nb) == reference::equalNoCase(a, b));

@@ -1,5 +1,6 @@
 /// @file
-/// What the targets share: an input as a source of values, and an expectation that ends the program.
+/// What the targets share: an input as a source of values, and an expectation that ends the
+/// program.
 ///
 /// Each target is one source with the function that libFuzzer calls. fuzz/replay.cpp calls it
 /// instead where the tests run a target over the inputs kept in fuzz/corpus.

@@ -54,6 +54,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
   } catch (const Bag::Exception&) {
     // The bytes are no such record.
   }
-  fuzz::expect(bag.getPosition() <= bag.getSize() + 8 && bag.getSize() <= static_cast<int>(bytes.size()));
+  fuzz::expect(bag.getPosition() <= bag.getSize() + 8 &&
+               bag.getSize() <= static_cast<int>(bytes.size()));
   return 0;
 }

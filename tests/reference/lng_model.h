@@ -53,8 +53,8 @@ class LngModel {
       if (offset < 0 || offset >= poolSize) return 2;
       const std::size_t end = pool.find('\0', static_cast<std::size_t>(offset));
       if (end == std::string_view::npos) return 2;
-      texts.emplace_back(pool.substr(static_cast<std::size_t>(offset),
-                                     end - static_cast<std::size_t>(offset)));
+      texts.emplace_back(
+          pool.substr(static_cast<std::size_t>(offset), end - static_cast<std::size_t>(offset)));
     }
     return 0;
   }

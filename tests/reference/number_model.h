@@ -71,8 +71,8 @@ inline bool unescape(std::string_view raw, std::string& out) {
   const struct {
     std::string_view name;
     char byte;
-  } entities[] = {
-      {"&amp;", '&'}, {"&apos;", '\''}, {"&quot;", '"'}, {"&lt;", '<'}, {"&gt;", '>'}, {"", '&'}};
+  } entities[] = {{"&amp;", '&'}, {"&apos;", '\''}, {"&quot;", '"'},
+                  {"&lt;", '<'},  {"&gt;", '>'},    {"", '&'}};
   while (!raw.empty()) {
     std::size_t n = 1;
     char c = raw[0];
