@@ -7,6 +7,8 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -77,6 +79,13 @@ inline std::size_t offsetIn(std::string_view text, const char* found) {
   return found ? static_cast<std::size_t>(found - text.data()) : std::string_view::npos;
 }
 
+/// Whether two values have the same bytes: what is no number equals itself.
+template <class T>
+bool sameBits(const T& a, const T& b) {
+  using Bytes = std::array<unsigned char, sizeof(T)>;
+  return std::bit_cast<Bytes>(a) == std::bit_cast<Bytes>(b);
+}
+
 /// A parser gives the value that is expected, or fails and leaves its output alone.
 template <class T, class Parse, class Expected>
 void expectParsed(Parse parse, const std::optional<Expected>& expected,
@@ -84,7 +93,7 @@ void expectParsed(Parse parse, const std::optional<Expected>& expected,
   T value = 77;
   expect(parse(value) == expected.has_value(), file, line);
   const T wanted = expected ? static_cast<T>(*expected) : T{77};
-  expect(std::memcmp(&value, &wanted, sizeof value) == 0, file, line);
+  expect(sameBits(value, wanted), file, line);
 }
 
 /// Calls `check` with each set of hot loops that the processor has in use.
