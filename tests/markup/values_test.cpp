@@ -16,7 +16,7 @@
 
 // The C library never frees the path that it searches for locales.
 extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();
-const char* __lsan_default_suppressions() { return "leak:__argz_add_sep"; }
+const char* __lsan_default_suppressions() { return "leak:argz_add_sep"; }
 
 namespace {
 
