@@ -22,6 +22,7 @@ void onEightThreads(Use use) {
   constexpr int count = 8;
   std::latch start(count);
   std::vector<std::thread> threads;
+  threads.reserve(count);
   for (int i = 0; i < count; ++i) {
     threads.emplace_back([&] {
       start.arrive_and_wait();
