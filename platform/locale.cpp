@@ -5,6 +5,7 @@
 #include <langinfo.h>
 
 #include <cctype>
+#include <cerrno>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
@@ -35,7 +36,9 @@ long long parseSigned(const char* s, char** end) { return std::strtoll(s, end, 1
 unsigned long long parseUnsigned(const char* s, char** end) { return std::strtoull(s, end, 10); }
 
 double parseDouble(const char* s, char** end) {
+  const int before = errno;
   static const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
+  errno = before;  // a first call that waits for another thread's changes it
   return strtod_l(s, end, plain);
 }
 
