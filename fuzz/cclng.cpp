@@ -19,10 +19,10 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
   if (size > 0 && data[0] == 0) {
     cc::test::putFile(dictionary, bytes);
     made = cclng::decompile(dictionary, document);
-    if (made == tools::ExitClean) made = cclng::check({document}, "");
+    if (made == tools::ExitClean) made = cclng::check({document}, "", tools::Format::Text);
   } else {
     cc::test::putFile(document, bytes);
-    fuzz::expect(cclng::check({document}, document) <= tools::ExitFindings);
+    fuzz::expect(cclng::check({document}, document, tools::Format::Sarif) <= tools::ExitFindings);
     made = cclng::compile(document, dictionary, tools::ByteOrder::Big);
     if (made == tools::ExitClean) fuzz::expect(cclng::decompile(dictionary, document) == made);
   }

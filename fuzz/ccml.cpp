@@ -39,7 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
   ccml::Path path;
   const bool good = path.parse(input.part());
   const std::string_view text = input.rest();
-  for (const auto form : {ccml::Format::Text, ccml::Format::Json})
+  for (const auto form : {tools::Format::Text, tools::Format::Json})
     with(text, [&](auto& doc, auto& found) {
       ccml::outline(doc, "d", form, found);
       ccml::Printer(form).document("d", doc, found);

@@ -40,7 +40,7 @@ TEST(Threads, TablesAndKernels) {
     std::string upper = text;
     strup_utf8(upper.data(), upper.data() + upper.size());
     EXPECT_EQ(0, strcmp_i_utf8(text.data(), end, upper.data(), upper.data() + upper.size()));
-    const char pattern[] = "\xD0\x9C\xD0\x98\xD0\xA0";
+    const char pattern[] = "\xD0\xBC\xD0\xB8\xD1\x80";
     EXPECT_EQ(text.data() + 303, strfind_i_utf8(text.data(), end, pattern, pattern + 6));
     EXPECT_EQ(nullptr, strchk_utf8(text.data(), static_cast<unsigned int>(text.size())));
     unsigned short* units = strnew16(text.data(), end);
