@@ -272,14 +272,14 @@ TEST(EscapeString, TheReaderGetsBackEveryByte) {
 
 // Blocks, and what is left of them, against one byte after the other.
 TEST(EscapeString, TextsOfEveryLength) {
-  std::mt19937_64 random(9);
+  std::mt19937 random(9);
   const char* const bytes = "ab\"'&<>";
   for (std::size_t n = 0; n < 200; ++n) {
     for (const unsigned int kinds : {2U, 4U, 7U}) {
       std::string text;
       std::string expected;
       for (std::size_t i = 0; i < n; ++i) {
-        const std::size_t kind = random() % (random() % 5 ? 2 : kinds);
+        const unsigned int kind = random() % (random() % 5 ? 2 : kinds);
         text += bytes[kind];
         const char* const forms[] = {"a", "b", "&quot;", "&apos;", "&amp;", "&lt;", "&gt;"};
         expected += forms[kind];
