@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Runs every test program in locales that change case, decimal points and dates.
+"""Runs test programs in a locale that changes case, decimal points or dates.
 
-    locales_test.py PROGRAM...
+    locales_test.py LOCALE PROGRAM...
 
-The locales are compiled into the build's folder, so that none has to be installed. In each, the
-programs run with the process in that locale; in some, also with just the thread of the tests.
+The locale is compiled into the build's folder, so that it need not be installed. The programs run
+with the process in it; in some, also with just the thread of the tests.
 """
 
 import itertools
@@ -17,13 +17,13 @@ import sys
 RUN = shlex.split(os.environ["CC_RUN"])
 FOLDER = pathlib.Path(os.environ["CC_BUILD_DIR"], "locales")
 
-# Locale, decimal point, and who is in it.
-LOCALES = [
-    ("C", ".", ["process"]),
-    ("C.UTF-8", ".", ["process"]),
-    ("de_DE.UTF-8", ",", ["process", "thread"]),
-    ("tr_TR.UTF-8", ",", ["process", "thread"]),  # dotted and dotless i
-]
+# The decimal point, and who is in the locale.
+LOCALES = {
+    "C": (".", ["process"]),
+    "C.UTF-8": (".", ["process"]),
+    "de_DE.UTF-8": (",", ["process", "thread"]),
+    "tr_TR.UTF-8": (",", ["process", "thread"]),  # dotted and dotless i
+}
 
 # Long, and nothing in them depends on a locale.
 LEFT_OUT = "-*LinearTime*:Utf8.EveryShortString"
@@ -48,25 +48,26 @@ def run(program, environment):
 
 
 def main():
+    name, programs = sys.argv[1], sys.argv[2:]
+    point, scopes = LOCALES[name]
+    compile_locale(name)
+    environment = dict(os.environ, LC_ALL=name)
+    if not name.startswith("C"):
+        environment["LOCPATH"] = str(FOLDER)
+    shown = subprocess.run(["locale", "decimal_point"], env=environment, check=True,
+                           capture_output=True, text=True).stdout.strip()
     failed = 0
-    for name, point, scopes in LOCALES:
-        compile_locale(name)
-        environment = dict(os.environ, LC_ALL=name)
-        if not name.startswith("C"):
-            environment["LOCPATH"] = str(FOLDER)
-        shown = subprocess.run(["locale", "decimal_point"], env=environment, check=True,
-                               capture_output=True, text=True).stdout.strip()
-        if shown != point:
-            print(f"{name}: the decimal point is {shown!r}")
+    if shown != point:
+        print(f"{name}: the decimal point is {shown!r}")
+        failed += 1
+    for scope, program in itertools.product(scopes, programs):
+        environment["CC_TEST_LOCALE"] = scope
+        complaint = run(program, environment)
+        if complaint:
+            print(f"{name}, {scope}: {program} ended with {complaint}")
             failed += 1
-        for scope, program in itertools.product(scopes, sys.argv[1:]):
-            environment["CC_TEST_LOCALE"] = scope
-            complaint = run(program, environment)
-            if complaint:
-                print(f"{name}, {scope}: {program} ended with {complaint}")
-                failed += 1
-    print(f"{len(LOCALES)} locales, {len(sys.argv) - 1} programs, {failed} failures")
-    return 1 if failed or len(sys.argv) < 2 else 0
+    print(f"{name}, {len(scopes)} times {len(programs)} programs, {failed} failures")
+    return 1 if failed or not programs else 0
 
 
 if __name__ == "__main__":
