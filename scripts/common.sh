@@ -24,4 +24,9 @@ build_preset() {
   cmake --build --preset "$preset" -j "$JOBS" ${1:+--target "$@"}
 }
 
+# Some kernels are built without the 32-bit system calls. There, an emulator runs the tests.
+runs_32_bits() {
+  /lib/ld-linux.so.2 --version >/dev/null 2>&1
+}
+
 mkdir -p build

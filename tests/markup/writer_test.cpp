@@ -279,7 +279,7 @@ TEST(EscapeString, TextsOfEveryLength) {
       std::string text;
       std::string expected;
       for (std::size_t i = 0; i < n; ++i) {
-        const unsigned int kind = random() % (random() % 5 ? 2 : kinds);
+        const auto kind = static_cast<std::size_t>(random() % (random() % 5 ? 2 : kinds));
         text += bytes[kind];
         const char* const forms[] = {"a", "b", "&quot;", "&apos;", "&amp;", "&lt;", "&gt;"};
         expected += forms[kind];
