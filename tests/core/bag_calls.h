@@ -21,13 +21,12 @@ class BagCalls {
   // One call. The result is empty, or names the call and what does not agree after it.
   std::string step() {
     const Result expected = call();
-    const std::string data(bag.getBuffer(), static_cast<std::size_t>(bag.getSize()));
     const struct {
       const char* what;
       bool same;
     } checks[] = {{"result", expected == actual},
                   {"bytes read", expectedRead == read},
-                  {"data", model.data == data},
+                  {"data", model.data == bytesOf(bag)},
                   {"cursor", model.position == bag.getPosition()},
                   {"capacity", model.capacity == bag.getCapacity()},
                   {"buffer", (model.capacity == 0) == (bag.getBuffer() == nullptr)}};

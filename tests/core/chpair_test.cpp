@@ -86,13 +86,4 @@ TEST(ChPair, SplitsAtTheFirstSeparator) {
   }
 }
 
-TEST(ChPair, WalksAList) {
-  ChPair list("a,,bc,d");
-  ChPair item;
-  std::string walked;
-  while (list.split(item, ',', list)) walked += textOf(item) + '|';
-  EXPECT_EQ("a||bc|", walked);
-  EXPECT_EQ("d", textOf(list));
-}
-
 }  // namespace

@@ -1,4 +1,6 @@
-// The vectors and holders: the growth rule, ownership, and every allocation failing once.
+// The vectors and holders: the growth rule, ownership, and every allocation failing once. What a
+// move leaves behind is looked at on purpose.
+// NOLINTBEGIN(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
 
 #include "containers.h"
 
@@ -6,10 +8,12 @@
 
 #include <numeric>
 
+#include "tests/core/bag_model.h"
 #include "tests/support/alloc_sweep.h"
 
 using cc::test::AllocCount;
 using cc::test::AllocSweep;
+using cc::test::BagModel;
 using cc::test::liveBlocks;
 using cc::test::sweepAllocations;
 
@@ -21,33 +25,11 @@ char* newText(const char* s) {
   return text;
 }
 
-// The rule, straight from its description.
-int ruleOf(int n) {
-  const int step = n <= 256 ? 16 : n <= 4096 ? 256 : 4096;
-  int capacity = 0;
-  while (capacity < n) capacity += step;
-  return capacity;
-}
-
 TEST(Growth, RoundsUpByTheSizeOfTheNeed) {
-  const struct {
-    int need, capacity;
-  } rows[] = {
-      {INT_MIN, INT_MIN},
-      {-1, 0},
-      {0, 0},
-      {1, 16},
-      {16, 16},
-      {17, 32},
-      {256, 256},
-      {257, 512},
-      {4096, 4096},
-      {4097, 8192},
-      {8193, 12288},
-      {1 << 30, 1 << 30},
-      {INT_MAX - 4095, INT_MAX - 4095},
-  };
-  for (const auto& row : rows) EXPECT_EQ(row.capacity, cc::roundedCapacity(row.need)) << row.need;
+  for (const int need : {0, 1, 16, 17, 256, 257, 4096, 4097, 8193, 1 << 30, INT_MAX - 4095}) {
+    EXPECT_EQ(BagModel::rule(need), cc::roundedCapacity(need)) << need;
+  }
+  EXPECT_EQ(INT_MIN, cc::roundedCapacity(INT_MIN));
   for (const int need : {INT_MAX - 4094, INT_MAX}) {
     EXPECT_THROW(cc::roundedCapacity(need), std::bad_alloc) << need;
   }
@@ -57,15 +39,8 @@ TEST(Growth, StorageComesInClassesInProportion) {
   const struct {
     int capacity, room;
   } rows[] = {
-      {16, 16},
-      {48, 64},
-      {80, 128},
-      {4096, 4096},
-      {20480, 32768},
-      {1 << 30, 1 << 30},
-      {(1 << 30) + 4096, INT_MAX},
-      {INT_MAX, INT_MAX},
-  };
+      {48, 64},          {80, 128}, {4096, 4096}, {20480, 32768}, {(1 << 30) + 4096, INT_MAX},
+      {INT_MAX, INT_MAX}};
   for (const auto& row : rows) {
     EXPECT_EQ(row.room, cc::storageClass(row.capacity, INT_MAX)) << row.capacity;
   }
@@ -87,7 +62,7 @@ TEST(SimpleVector, ReportsTheRuledCapacityAndKeepsElements) {
   for (int i = 0; i < 20'000; ++i) {
     v.append(i * 3);
     ASSERT_EQ(i + 1, v.getCount());
-    ASSERT_EQ(ruleOf(i + 1), v.getCapacity());
+    ASSERT_EQ(BagModel::rule(i + 1), v.getCapacity());
   }
   int i = 0;
   for (const int x : v) ASSERT_EQ(3 * i++, x);
@@ -133,8 +108,6 @@ TEST(SimpleVector, AppendingIsLinear) {
   }
 }
 
-// What a move leaves behind is looked at on purpose.
-// NOLINTBEGIN(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
 TEST(SimpleVector, MovesItsArray) {
   SimpleVector<int> a;
   for (int i = 0; i < 40; ++i) a.append(i);
@@ -154,8 +127,6 @@ TEST(SimpleVector, MovesItsArray) {
   a.append(5);  // an emptied vector serves on
   EXPECT_EQ(5, a[0]);
 }
-// NOLINTEND(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
-
 TEST(SimpleVector, IsWholeWhateverAllocationFails) {
   sweepAllocations([](AllocSweep& sweep) {
     SimpleVector<int> v;
@@ -168,15 +139,13 @@ TEST(SimpleVector, IsWholeWhateverAllocationFails) {
         EXPECT_EQ(capacity, v.getCapacity());
         break;
       }
-      ASSERT_EQ(ruleOf(expected), v.getCapacity());
+      ASSERT_EQ(BagModel::rule(expected), v.getCapacity());
     }
     ASSERT_EQ(expected, v.getCount());
     for (int i = 0; i < expected; ++i) ASSERT_EQ(i, v[i]);
   });
 }
 
-// What a move leaves behind is looked at on purpose.
-// NOLINTBEGIN(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
 TEST(StringVector, OwnsItsStrings) {
   const std::size_t before = liveBlocks();
   {
@@ -210,15 +179,11 @@ TEST(StringVector, OwnsItsStrings) {
   }
   EXPECT_EQ(before, liveBlocks());
 }
-// NOLINTEND(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
-
 template <class Holder>
 class HolderTest : public testing::Test {};
 using Holders = testing::Types<ArrayHolder<char>, BufHolder<char>>;
 TYPED_TEST_SUITE(HolderTest, Holders);
 
-// What a move leaves behind is looked at on purpose.
-// NOLINTBEGIN(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
 TYPED_TEST(HolderTest, OwnsOneArray) {
   const std::size_t before = liveBlocks();
   {
@@ -246,6 +211,5 @@ TYPED_TEST(HolderTest, OwnsOneArray) {
   }
   EXPECT_EQ(before, liveBlocks());
 }
-// NOLINTEND(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
-
 }  // namespace
+// NOLINTEND(bugprone-use-after-move, clang-analyzer-cplusplus.Move)

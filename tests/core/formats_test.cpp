@@ -5,18 +5,16 @@
 #include "bag.h"
 #include "charproc.h"
 #include "fileproc.h"
+#include "tests/core/bag_model.h"
 #include "tests/support/doc_examples.h"
 #include "tests/support/temp_folder.h"
 
+using cc::test::bytesOf;
 using cc::test::fileBytes;
 using cc::test::hexExample;
 using cc::test::TempFolder;
 
 namespace {
-
-std::string bytesOf(const Bag& bag) {
-  return {bag.getBuffer(), static_cast<std::size_t>(bag.getSize())};
-}
 
 TEST(Formats, BagExample) {
   // [bag-example]

@@ -16,6 +16,7 @@
 #include <string_view>
 
 #include "charproc.h"
+#include "tests/reference/number_model.h"
 #include "tests/support/guarded_buffer.h"
 #include "tests/support/plain_numbers.h"
 
@@ -23,128 +24,107 @@ namespace {
 
 using cc::test::GuardedBuffer;
 using cc::test::inPlainLocale;
+using reference::inRange;
+using reference::wholeDigits;
 using std::string_view;
 using namespace std::string_view_literals;
 
-// ---------------------------------------------------------------------------- powers of two
+// A parser gives what the model does, or fails and leaves its output alone.
+template <class T, class Parse, class Expected>
+void compare(const std::string& text, Parse parse, const std::optional<Expected>& expected) {
+  T value = 77;
+  EXPECT_EQ(expected.has_value(), parse(value)) << text;
+  EXPECT_EQ(expected ? static_cast<T>(*expected) : T{77}, value) << text;
+}
 
 TEST(Numbers, HexAndBinary) {
-  constexpr unsigned int kept = 77;  // what a failure leaves
-  const struct {
-    bool (*parse)(const char*, unsigned int*);
-    const char* text;
-    bool expected;
-    unsigned int value;
-  } rows[] = {
-      {strtohex, "1F", true, 31},
-      {strtohex, "1f", true, 31},
-      {strtohex, "1FH", true, 31},
-      {strtohex, "1FHzz", true, 31},
-      {strtohex, "0", true, 0},
-      {strtohex, "abcdefAB", true, 0xABCDEFAB},
-      {strtohex, "123456789", true, 0x23456789},
-      {strtohex, "0x1F", false, kept},
-      {strtohex, "1Fh", false, kept},
-      {strtohex, "G", false, kept},
-      {strtohex, "1 ", false, kept},
-      {strtohex, "-1", false, kept},
-      {strtohex, "/", false, kept},
-      {strtohex, ":", false, kept},
-      {strtohex, "@", false, kept},
-      {strtohex, "`", false, kept},
-      {strtohex, "\xC1", false, kept},
-      {strtohex, "", false, 0},
-      {strtohex, "H", false, 0},
-      {strtobin, "101", true, 5},
-      {strtobin, "101B", true, 5},
-      {strtobin, "1B0", true, 1},
-      {strtobin, "111111111111111111111111111111111", true, UINT_MAX},
-      {strtobin, "102", false, kept},
-      {strtobin, "10b", false, kept},
-      {strtobin, "1H", false, kept},
-      {strtobin, "", false, 0},
-      {strtobin, "B", false, 0},
-  };
-  for (const auto& row : rows) {
-    unsigned int value = kept;
-    EXPECT_EQ(row.expected, row.parse(row.text, &value)) << row.text;
-    EXPECT_EQ(row.value, value) << row.text;
+  for (const char* s :
+       {"1F",   "1f",  "1FH",  "1FHzz", "0",    "abcdefAB", "123456789",
+        "0x1F", "1Fh", "G",    "1 ",    "-1",   "/",        ":",
+        "@",    "`",   "\xC1", "101",   "101B", "1B0",      "111111111111111111111111111111111",
+        "102",  "10b", "1H"}) {
+    compare<unsigned int>(
+        s, [s](auto& v) { return strtohex(s, &v); }, wholeDigits(s, 16, 'H'));
+    compare<unsigned int>(
+        s, [s](auto& v) { return strtobin(s, &v); }, wholeDigits(s, 2, 'B'));
+  }
+  for (const auto parse : {strtohex, strtobin}) {
+    for (const char* text : {"", parse == strtohex ? "H" : "B"}) {
+      unsigned int value = 77;
+      EXPECT_FALSE(parse(text, &value));
+      EXPECT_EQ(0U, value) << "no digits, unlike wrong ones";
+    }
   }
 }
 
-// ---------------------------------------------------------------------------- whole texts
-
-template <class T>
-struct Parsed {
-  const char* text;
-  std::optional<T> expected;
-};
-
-template <class T, std::size_t n>
-void checkParser(bool (*parse)(const char*, T*), const Parsed<T> (&rows)[n]) {
-  for (const auto& row : rows) {
-    T value = 77;
-    EXPECT_EQ(row.expected.has_value(), parse(row.text, &value)) << row.text;
-    EXPECT_EQ(row.expected.value_or(77), value) << row.text;
+TEST(Numbers, WholeTexts) {
+  for (const char* s : {"",
+                        " ",
+                        "-",
+                        "+",
+                        "12 ",
+                        "12a",
+                        "0x",
+                        "a",
+                        "--1",
+                        "1\n",
+                        "0",
+                        " \t\n12",
+                        "+7",
+                        "010",
+                        "-0",
+                        "-1",
+                        "-5",
+                        "4294967295",
+                        "4294967296",
+                        "4294967297",
+                        " -4294967295",
+                        "-4294967296",
+                        "2147483647",
+                        "2147483648",
+                        "-2147483648",
+                        "-2147483649",
+                        "9223372036854775807",
+                        "9223372036854775808",
+                        "-9223372036854775808",
+                        "-9223372036854775809",
+                        "18446744073709551615",
+                        "-18446744073709551615",
+                        "18446744073709551616",
+                        "1.5",
+                        " -2e3",
+                        "0x1p4",
+                        ".5",
+                        "inf",
+                        "1,5",
+                        "1e999",
+                        "1.5x"}) {
+    const auto number = reference::wholeDecimal(s, true);
+    compare<unsigned int>(
+        s, [s](auto& v) { return strtouint(s, &v); }, inRange(number, UINT_MAX, UINT_MAX));
+    compare<int>(
+        s, [s](auto& v) { return strtoint(s, &v); }, inRange(number, INT_MAX + 1ULL, INT_MAX));
+    compare<long long>(
+        s, [s](auto& v) { return strtolonglong(s, &v); },
+        inRange(number, LLONG_MAX + 1ULL, LLONG_MAX));
+    compare<unsigned long long>(
+        s, [s](auto& v) { return strtoqword(s, &v); }, inRange(number, ULLONG_MAX, ULLONG_MAX));
+    compare<double>(
+        s, [s](auto& v) { return strtodouble(s, &v); },
+        inPlainLocale([s] { return reference::wholeDouble(s, strlen(s)); }));
   }
-  T value = 77;
-  EXPECT_FALSE(parse(nullptr, &value));
-  for (const char* text : {"", " ", "-", "+", "12 ", "12a", "0x", "a", "--1", "1\n"}) {
-    EXPECT_FALSE(parse(text, &value)) << text;
-  }
-  EXPECT_EQ(T{77}, value);
-}
-
-TEST(Numbers, Unsigned32) {
-  checkParser<unsigned int>(strtouint, {{"0", 0},
-                                        {" \t\n12", 12},
-                                        {"+7", 7},
-                                        {"010", 10},
-                                        {"4294967295", UINT_MAX},
-                                        {"4294967296", {}},
-                                        {"-0", 0},
-                                        {"-1", UINT_MAX},
-                                        {" -4294967295", 1},
-                                        {"-4294967296", {}},
-                                        {"18446744073709551615", {}},
-                                        {"-18446744073709551615", {}},
-                                        {"18446744073709551616", {}}});
-}
-
-TEST(Numbers, Signed32) {
-  checkParser<int>(strtoint, {{" 12", 12},
-                              {"-0", 0},
-                              {"2147483647", INT_MAX},
-                              {"2147483648", {}},
-                              {"-2147483648", INT_MIN},
-                              {"-2147483649", {}},
-                              {"4294967297", {}},
-                              {"9223372036854775808", {}}});
-}
-
-TEST(Numbers, Wide) {
-  checkParser<long long>(strtolonglong, {{"-5", -5},
-                                         {"9223372036854775807", LLONG_MAX},
-                                         {"9223372036854775808", {}},
-                                         {"-9223372036854775808", LLONG_MIN},
-                                         {"-9223372036854775809", {}}});
-  checkParser<unsigned long long>(
-      strtoqword,
-      {{"18446744073709551615", ULLONG_MAX}, {"18446744073709551616", {}}, {"-1", ULLONG_MAX}});
-}
-
-TEST(Numbers, Double) {
-  checkParser<double>(strtodouble, {{"1.5", 1.5},
-                                    {" -2e3", -2000},
-                                    {"0x1p4", 16},
-                                    {".5", 0.5},
-                                    {"inf", HUGE_VAL},
-                                    {"1,5", {}},
-                                    {"1e999", {}},
-                                    {"1.5x", {}}});
   double value = 0;
   EXPECT_TRUE(strtodouble("nan", &value));
   EXPECT_TRUE(std::isnan(value));
+  EXPECT_FALSE(strtodouble(nullptr, &value));
+  int whole = 0;
+  EXPECT_FALSE(strtoint(nullptr, &whole));
+  unsigned int natural = 0;
+  EXPECT_FALSE(strtouint(nullptr, &natural));
+  long long wide = 0;
+  EXPECT_FALSE(strtolonglong(nullptr, &wide));
+  unsigned long long wideNatural = 0;
+  EXPECT_FALSE(strtoqword(nullptr, &wideNatural));
 }
 
 TEST(Numbers, ParsersKeepErrno) {
@@ -155,69 +135,57 @@ TEST(Numbers, ParsersKeepErrno) {
   EXPECT_EQ(EDOM, errno);
 }
 
-// ---------------------------------------------------------------------------- ranges
-
-template <class T>
-std::optional<T> parsed(bool (*parse)(const char*, const char*, T&), string_view text) {
-  // Nothing is read on either side.
+// Both parsers of ranges; nothing is read on either side.
+void compareRanges(string_view text) {
   static const GuardedBuffer memory(64);
-  std::optional<T> result;
+  auto number = reference::wholeDecimal(text, false);
+  if (text.size() > 20) number.reset();  // the most characters, the sign included
   for (const char* s : {memory.atEnd(text), memory.atBegin(text)}) {
-    T value = 77;
-    const bool good = parse(s, s + text.size(), value);
-    EXPECT_TRUE(good || value == 77) << text;
-    result = good ? std::optional<T>(value) : std::nullopt;
+    const char* const end = s + text.size();
+    const std::string shown(text);
+    compare<int>(
+        shown, [&](auto& v) { return strtoint(s, end, v); }, inRange(number, INT_MAX, INT_MAX));
+    compare<long long>(
+        shown, [&](auto& v) { return strtoint64(s, end, v); },
+        inRange(number, LLONG_MAX, LLONG_MAX));
   }
-  return result;
 }
 
 TEST(Numbers, Ranges) {
-  const struct {
-    string_view text;
-    std::optional<long long> narrow, wide;
-  } rows[] = {
-      {"-42", -42, -42},
-      {"+7", 7, 7},
-      {"0", 0, 0},
-      {"-0", 0, 0},
-      {"12345678", 12345678, 12345678},
-      {"123456789", 123456789, 123456789},
-      {"2147483647", INT_MAX, INT_MAX},
-      {"-2147483647", -INT_MAX, -INT_MAX},
-      {"2147483648", {}, 2147483648},
-      {"-2147483648", {}, -2147483648},
-      {"5000000000", {}, 5000000000},
-      {"9223372036854775807", {}, LLONG_MAX},
-      {"-9223372036854775807", {}, -LLONG_MAX},
-      {"9223372036854775808", {}, {}},
-      {"-9223372036854775808", {}, {}},
-      {"10000000000000000000", {}, {}},
-      {"18446744073709551617", {}, {}},
-      {"42000000000000000000", {}, {}},
-      {"99999999999999999999", {}, {}},
-      // 20 characters are the most, the sign included.
-      {"00000000000000000005", 5, 5},
-      {"-0000000000000000005", -5, -5},
-      {"000000000000000000005", {}, {}},
-      {"-00000000000000000005", {}, {}},
-      // No number.
-      {"", {}, {}},
-      {"-", {}, {}},
-      {"+", {}, {}},
-      {"+-1", {}, {}},
-      {"12a", {}, {}},
-      {" 12", {}, {}},
-      {"12 ", {}, {}},
-      {"1234567/", {}, {}},
-      {"1234567:", {}, {}},
-      {"12345678901234\xB0", {}, {}},
-      {"1\0002"sv, {}, {}},
-  };
-  for (const auto& row : rows) {
-    const std::optional<int> narrow = parsed<int>(strtoint, row.text);
-    EXPECT_EQ(row.narrow.has_value(), narrow.has_value()) << row.text;
-    EXPECT_EQ(row.narrow.value_or(-1), narrow.value_or(-1)) << row.text;
-    EXPECT_EQ(row.wide, parsed<long long>(strtoint64, row.text)) << row.text;
+  for (const string_view text : {"-42"sv,
+                                 "+7"sv,
+                                 "0"sv,
+                                 "-0"sv,
+                                 "12345678"sv,
+                                 "123456789"sv,
+                                 "2147483647"sv,
+                                 "-2147483647"sv,
+                                 "2147483648"sv,
+                                 "-2147483648"sv,
+                                 "9223372036854775807"sv,
+                                 "-9223372036854775807"sv,
+                                 "9223372036854775808"sv,
+                                 "-9223372036854775808"sv,
+                                 "10000000000000000000"sv,
+                                 "18446744073709551617"sv,
+                                 "42000000000000000000"sv,
+                                 "99999999999999999999"sv,
+                                 "00000000000000000005"sv,
+                                 "-0000000000000000005"sv,
+                                 "000000000000000000005"sv,
+                                 "-00000000000000000005"sv,
+                                 ""sv,
+                                 "-"sv,
+                                 "+"sv,
+                                 "+-1"sv,
+                                 "12a"sv,
+                                 " 12"sv,
+                                 "12 "sv,
+                                 "1234567/"sv,
+                                 "1234567:"sv,
+                                 "12345678901234\xB0"sv,
+                                 "1\0002"sv}) {
+    compareRanges(text);
   }
   int value = 77;
   const char digit[] = "1";
@@ -226,26 +194,14 @@ TEST(Numbers, Ranges) {
   EXPECT_EQ(77, value);
 }
 
-// Every length and sign of random numbers, and each with one wrong byte in each place.
+// Every length and sign of random numbers, and each with one wrong byte in some place.
 TEST(Numbers, RangesOfRandomDigits) {
   std::mt19937_64 random(5);
   for (int round = 0; round < 20000; ++round) {
-    const long long number = static_cast<long long>(random() >> (1 + random() % 63));
-    const bool negative = random() % 2 == 0;
-    std::string text = (negative ? "-" : "") + std::to_string(number);
-    ASSERT_EQ(negative ? -number : number, parsed<long long>(strtoint64, text)) << text;
-    const std::optional<int> narrow = parsed<int>(strtoint, text);
-    ASSERT_EQ(number <= INT_MAX, narrow.has_value()) << text;
-    if (narrow) {
-      ASSERT_EQ(negative ? -number : number, *narrow);
-    }
-    const auto place =
-        static_cast<std::size_t>(negative + random() % (text.size() - (negative ? 1 : 0)));
-    char wrong = static_cast<char>(random() % 256);
-    if (wrong >= '0' && wrong <= '9') wrong = '-';
-    if (place == 0 && (wrong == '-' || wrong == '+')) continue;
-    text[place] = wrong;
-    ASSERT_EQ(std::nullopt, parsed<long long>(strtoint64, text)) << text;
+    std::string text = (random() % 2 ? "-" : "") + std::to_string(random() >> random() % 64);
+    compareRanges(text);
+    text[random() % text.size()] = static_cast<char>(random());
+    compareRanges(text);
   }
 }
 
@@ -257,21 +213,11 @@ TEST(Numbers, Fields) {
     unsigned int value;
     std::size_t position;
   } rows[] = {
-      {"192.168.1.1", 3, true, 192, 4},
-      {"1924.", 3, false, 77, 0},
-      {"1924", 3, true, 1924, 4},
-      {"19245", 3, false, 77, 0},
-      {"", 3, true, 0, 0},
-      {"", -1, true, 0, 0},
-      {".5", 3, false, 77, 0},
-      {"x", 3, false, 77, 0},
-      {"1x", 3, false, 77, 0},
-      {"5", 0, true, 5, 1},
-      {"5.", 0, false, 77, 0},
-      {"5", -1, false, 77, 0},
-      {"7.", 1, true, 7, 2},
-      {"4294967296", 20, true, 0, 10},
-  };
+      {"192.168.1.1", 3, true, 192, 4}, {"1924.", 3, false, 77, 0}, {"1924", 3, true, 1924, 4},
+      {"19245", 3, false, 77, 0},       {"", 3, true, 0, 0},        {"", -1, true, 0, 0},
+      {".5", 3, false, 77, 0},          {"1x", 3, false, 77, 0},    {"5", 0, true, 5, 1},
+      {"5.", 0, false, 77, 0},          {"5", -1, false, 77, 0},    {"7.", 1, true, 7, 2},
+      {"4294967296", 20, true, 0, 10}};
   for (const auto& row : rows) {
     const GuardedBuffer memory(row.text);
     const char* p = memory.begin();
@@ -285,28 +231,6 @@ TEST(Numbers, Fields) {
   unsigned int value = 77;
   EXPECT_TRUE(strtonumber(p, text, value, 3, '.'));
   EXPECT_EQ(0U, value);
-}
-
-// ---------------------------------------------------------------------------- bytes
-
-TEST(Numbers, TextToBytes) {
-  const struct {
-    string_view text;
-    int n;
-    string_view expected;
-  } rows[] = {
-      {"0aFf", 2, "\x0A\xFF"}, {"0aZf", 2, "\x0A\0"sv},     {"0a1Z0b", 3, "\x0A\0\0"sv},
-      {"1\0"sv, 2, "\0\0"sv},  {"12\0"sv, 3, "\x12\0\0"sv}, {"", 0, ""},
-      {"0g", 1, "\0"sv},       {"/0", 1, "\0"sv},           {"0:", 1, "\0"sv},
-      {"@0", 1, "\0"sv},       {"G0", 1, "\0"sv},           {"`0", 1, "\0"sv},
-      {"\xB0\xB1", 1, "\0"sv},
-  };
-  for (const auto& row : rows) {
-    const GuardedBuffer text(row.text);
-    std::string bytes(row.expected.size() + 1, '#');
-    str2bin(text.begin(), bytes.data(), row.n);
-    EXPECT_EQ(std::string(row.expected) + '#', bytes) << row.text;
-  }
 }
 
 // Every length, every wrong byte in every place, against `printf`.
@@ -353,8 +277,6 @@ TEST(Numbers, TextToBytesStopsAtTheTerminator) {
     EXPECT_EQ(std::string(digits / 2, '\x55') + std::string(64 - digits / 2, '\0'), bytes);
   }
 }
-
-// ---------------------------------------------------------------------------- dates
 
 TEST(Numbers, Dates) {
   const char* old = std::getenv("TZ");

@@ -21,13 +21,10 @@ namespace {
 using cc::test::GuardedBuffer;
 using cc::test::Random;
 using cc::test::withEachForm;
+using reference::at;
+using reference::repeated;
+using reference::sizeOf;
 using std::string_view;
-
-unsigned int sizeOf(string_view s) { return static_cast<unsigned int>(s.size()); }
-
-std::size_t at(string_view text, const char* found) {
-  return found ? static_cast<std::size_t>(found - text.data()) : reference::none;
-}
 
 std::string lettersOf(Random& random, std::size_t n, string_view letters) {
   std::string text;
@@ -88,12 +85,6 @@ TEST(SearchLoops, TablesBeyondAscii) {
 // these.
 TEST(SearchLoops, BadTextsTakeLinearTime) {
   constexpr std::size_t n = 1 << 20;
-  const auto repeated = [](string_view part, std::size_t length) {
-    std::string text;
-    while (text.size() < length) text += part;
-    text.resize(length);
-    return text;
-  };
   const struct {
     std::string text, pattern;
   } rows[] = {

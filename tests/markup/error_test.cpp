@@ -71,37 +71,20 @@ TEST(Error, CarriesACallersMessage) {
               nameless.erro(own);
             }));
   doc.moveTo(2);
-  TTT expected(LocDictionaryCommonCore, 37);
-  expected <= own;
-  expected <= TTT(LocDictionaryCommonCore, 25);
-  expected << "doc";
-  expected <= TTT(LocDictionaryCommonCore, 21);
-  expected << 1 << 3;
-  EXPECT_EQ(bytesOf(expected), thrownBy([&] { doc.erro(own); }));
+  const auto withPlace = [](TTT message) {
+    message <= TTT(LocDictionaryCommonCore, 25);
+    message << "doc";
+    message <= TTT(LocDictionaryCommonCore, 21);
+    message << 1 << 3;
+    return message;
+  };
+  TTT heading(LocDictionaryCommonCore, 37);
+  heading <= own;
+  EXPECT_EQ(bytesOf(withPlace(heading)), thrownBy([&] { doc.erro(own); }));
   EXPECT_EQ(2U, doc.at()) << "nothing changes";
-
   TTT formed("before");
   doc.formMessage(formed);
-  TTT wanted("before");
-  wanted <= TTT(LocDictionaryCommonCore, 25);
-  wanted << "doc";
-  wanted <= TTT(LocDictionaryCommonCore, 21);
-  wanted << 1 << 3;
-  EXPECT_EQ(bytesOf(wanted), bytesOf(formed));
-}
-
-TEST(Error, TheFirstEntryIsTheHeadingOrTheError) {
-  OpenDoc doc("<>");
-  MLDoc::Token token;
-  int dictionary = -1;
-  int code = -1;
-  try {
-    doc.step(token);
-  } catch (const TTT& message) {
-    ASSERT_TRUE(message.getErrorCode(&dictionary, &code));
-  }
-  EXPECT_EQ(3, dictionary);
-  EXPECT_EQ(37, code);
+  EXPECT_EQ(bytesOf(withPlace(TTT("before"))), bytesOf(formed));
 }
 
 }  // namespace

@@ -10,7 +10,6 @@
 #include <random>
 
 #include "tests/files/messages.h"
-#include "tests/markup/comma_locale.h"
 #include "tests/markup/reader_trace.h"
 #include "tests/support/alloc_sweep.h"
 #include "tests/support/guarded_buffer.h"
@@ -19,7 +18,6 @@
 
 namespace {
 
-using cc::test::CommaLocale;
 using cc::test::fileBytes;
 using cc::test::plainFormat;
 using cc::test::TempFolder;
@@ -153,9 +151,8 @@ TEST(Writer, IndentsByTheLevel) {
 }
 
 TEST(Writer, CutsAsAFormattedTextIsCut) {
-  const std::string name(4090, 'n');
   const auto cut = [](const std::string& text) { return text.substr(0, 4095); };
-  const auto check = [&](const std::string& expected, const Script& script) {
+  const auto check = [](const std::string& expected, const Script& script) {
     EXPECT_EQ(expected, written(script));
   };
   for (std::size_t length = 4080; length <= 4100; ++length) {
@@ -228,19 +225,6 @@ TEST(Writer, DatesAsTheCLibraryHasThem) {
   }
 }
 
-TEST(Writer, APointWhateverTheLocale) {
-  const auto writeOne = [](MLDocOut& out) { out.writeDoubleAttr("d", 2.5, false); };
-  {
-    const CommaLocale comma(CommaLocale::Process);
-    ASSERT_TRUE(comma.isInForce());
-    EXPECT_EQ(" d=\"2.500000\"", written(writeOne));
-    EXPECT_STREQ("C", std::setlocale(LC_NUMERIC, nullptr));
-  }
-  const CommaLocale comma(CommaLocale::Thread);
-  ASSERT_TRUE(comma.isInForce());
-  EXPECT_EQ(" d=\"2.500000\"", written(writeOne));
-}
-
 TEST(EscapeString, EscapesIntoAnyString) {
   ChArr out("old");
   MLDocOut::escapeString("a\"b'c&d<e>f", out);
@@ -256,18 +240,6 @@ TEST(EscapeString, EscapesIntoAnyString) {
     const bool done = sweep.attempt([&] { MLDocOut::escapeString("<", text); });
     EXPECT_STREQ(done ? "&lt;" : "old", text.get());
   });
-}
-
-TEST(EscapeString, TheReaderGetsBackEveryByte) {
-  std::string all;
-  for (int i = 255; i > 0; --i) all += static_cast<char>(i);
-  ChArr escaped;
-  MLDocOut::escapeString(all.c_str(), escaped);
-  EXPECT_EQ(written([&](MLDocOut& out) { out.writeEscaped(all.c_str()); }), escaped.get());
-  MLDoc doc;
-  ChArr back;
-  doc.convertEscape(escaped, back);
-  EXPECT_EQ(all, back.get());
 }
 
 // Blocks, and what is left of them, against one byte after the other.
@@ -353,67 +325,17 @@ TEST(Writer, AllocatesOnlyForTheBag) {
 }
 
 TEST(Writer, TheWorkIsLinearInTheLength) {
-  // Bytes allocated: what growing storage has copied.
+  // Bytes allocated, which is what growing storage has copied, for a byte of the document.
   const auto cost = [](int items) {
     const cc::test::AllocCount count;
-    const std::size_t size = [items] {
-      Bag bag;
-      MLDocOut out;
-      out.begin(&bag);
-      out.beginItem("list");
-      out.beginChildren();
-      for (int i = 0; i < items; ++i) {
-        out.beginItem("item");
-        out.writeIntAttr("number", i, false);
-        out.writeStrAttr("text", "a<b", false);
-        out.endItem(nullptr);
-      }
-      out.endItem("list");
-      return static_cast<std::size_t>(bag.getSize());
-    }();
+    const std::size_t size = written([items](MLDocOut& out) {
+                               for (int i = 0; i < items; ++i) writeExample(out);
+                             }).size();
     return static_cast<double>(count.bytes()) / static_cast<double>(size);
   };
   const double small = cost(2000);
   const double large = cost(200000);
   EXPECT_LT(large, 2 * small + 1) << small << " and " << large << " bytes for a byte";
-}
-
-// Elements with random attributes, as the writer is told them and as the reader reads them.
-TEST(Writer, TheReaderReadsItBack) {
-  std::mt19937 random(8);
-  for (int round = 0; round < 200; ++round) {
-    std::vector<std::string> values;
-    const std::string document = written(
-        [&](MLDocOut& out) {
-          out.beginItem("list");
-          out.beginChildren();
-          for (int i = 0; i < 10; ++i) {
-            std::string value;
-            for (auto n = random() % 12; n > 0; --n) value += "ab<>&\"' \xC3\xA9="[random() % 11];
-            values.push_back(value);
-            out.beginItem("item");
-            out.writeStrAttr("v", value.c_str(), false);
-            out.writeIntAttr("i", i, false);
-            out.endItem(nullptr);
-          }
-          out.endItem("list");
-        },
-        round % 2 == 0);
-    cc::test::OpenDoc doc(document);
-    MLDoc::Token token;
-    MLDoc::ChildIterator top(&doc, token);
-    ASSERT_TRUE(top("list"));
-    MLDoc::ChildIterator next(&doc, token);
-    ChArr value;
-    for (int i = 0; i < 10; ++i) {
-      ASSERT_TRUE(next("item")) << document;
-      doc.convertEscape(doc.getAttributeValue(token, "v"), value);
-      ASSERT_EQ(values[static_cast<std::size_t>(i)], value.get());
-      EXPECT_EQ(i, doc.getInt(doc.getAttributeValue(token, "i")));
-    }
-    EXPECT_FALSE(next());
-    EXPECT_FALSE(top());
-  }
 }
 
 }  // namespace

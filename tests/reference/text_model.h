@@ -23,9 +23,22 @@ inline unsigned char byteAt(std::string_view s, std::size_t i) {
 
 inline bool continues(std::string_view s, std::size_t i) { return (byteAt(s, i) & 0xC0) == 0x80; }
 
-inline int sign(int order) { return (order > 0) - (order < 0); }
+inline unsigned int sizeOf(std::string_view s) { return static_cast<unsigned int>(s.size()); }
 
-// ---------------------------------------------------------------------------- byte strings
+/// Index of what a search found from `begin` on, `none` for null.
+inline std::size_t at(const char* begin, const char* found) {
+  return found ? static_cast<std::size_t>(found - begin) : none;
+}
+inline std::size_t at(std::string_view text, const char* found) { return at(text.data(), found); }
+
+/// `part` again and again, in at least `n` bytes.
+inline std::string repeated(std::string_view part, std::size_t n) {
+  std::string text;
+  while (text.size() < n) text += part;
+  return text;
+}
+
+inline int sign(int order) { return (order > 0) - (order < 0); }
 
 inline bool sameNoCase(char a, char b) {
   return chr_upper_table_ascii[static_cast<unsigned char>(a)] ==
@@ -56,8 +69,6 @@ inline std::size_t find(std::string_view text, std::string_view pattern, bool no
   }
   return none;
 }
-
-// ---------------------------------------------------------------------------- UTF-8
 
 inline std::size_t check(std::string_view s) {
   for (std::size_t i = 0; i < s.size();) {
