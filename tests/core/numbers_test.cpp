@@ -18,12 +18,14 @@
 #include "charproc.h"
 #include "tests/reference/number_model.h"
 #include "tests/support/guarded_buffer.h"
+#include "tests/support/parts.h"
 #include "tests/support/plain_numbers.h"
 
 namespace {
 
 using cc::test::GuardedBuffer;
 using cc::test::inPlainLocale;
+using cc::test::parts;
 using reference::inRange;
 using reference::wholeDigits;
 using std::string_view;
@@ -31,22 +33,19 @@ using namespace std::string_view_literals;
 
 // A parser gives what the model does, or fails and leaves its output alone.
 template <class T, class Parse, class Expected>
-void compare(const std::string& text, Parse parse, const std::optional<Expected>& expected) {
+void compare(const std::string& text, const std::optional<Expected>& expected, Parse parse) {
   T value = 77;
   EXPECT_EQ(expected.has_value(), parse(value)) << text;
   EXPECT_EQ(expected ? static_cast<T>(*expected) : T{77}, value) << text;
 }
 
 TEST(Numbers, HexAndBinary) {
-  for (const char* s :
-       {"1F",   "1f",  "1FH",  "1FHzz", "0",    "abcdefAB", "123456789",
-        "0x1F", "1Fh", "G",    "1 ",    "-1",   "/",        ":",
-        "@",    "`",   "\xC1", "101",   "101B", "1B0",      "111111111111111111111111111111111",
-        "102",  "10b", "1H"}) {
-    compare<unsigned int>(
-        s, [s](auto& v) { return strtohex(s, &v); }, wholeDigits(s, 16, 'H'));
-    compare<unsigned int>(
-        s, [s](auto& v) { return strtobin(s, &v); }, wholeDigits(s, 2, 'B'));
+  for (const std::string& row :
+       parts("1F|1f|1FH|1FHzz|0|abcdefAB|123456789|0x1F|1Fh|G|1 |-1|/|:|@|`|\xC1|101|101B|1B0|"
+             "111111111111111111111111111111111|102|10b|1H")) {
+    const char* const s = row.c_str();
+    compare<unsigned int>(s, wholeDigits(s, 16, 'H'), [s](auto& v) { return strtohex(s, &v); });
+    compare<unsigned int>(s, wholeDigits(s, 2, 'B'), [s](auto& v) { return strtobin(s, &v); });
   }
   for (const auto parse : {strtohex, strtobin}) {
     for (const char* text : {"", parse == strtohex ? "H" : "B"}) {
@@ -58,73 +57,37 @@ TEST(Numbers, HexAndBinary) {
 }
 
 TEST(Numbers, WholeTexts) {
-  for (const char* s : {"",
-                        " ",
-                        "-",
-                        "+",
-                        "12 ",
-                        "12a",
-                        "0x",
-                        "a",
-                        "--1",
-                        "1\n",
-                        "0",
-                        " \t\n12",
-                        "+7",
-                        "010",
-                        "-0",
-                        "-1",
-                        "-5",
-                        "4294967295",
-                        "4294967296",
-                        "4294967297",
-                        " -4294967295",
-                        "-4294967296",
-                        "2147483647",
-                        "2147483648",
-                        "-2147483648",
-                        "-2147483649",
-                        "9223372036854775807",
-                        "9223372036854775808",
-                        "-9223372036854775808",
-                        "-9223372036854775809",
-                        "18446744073709551615",
-                        "-18446744073709551615",
-                        "18446744073709551616",
-                        "1.5",
-                        " -2e3",
-                        "0x1p4",
-                        ".5",
-                        "inf",
-                        "1,5",
-                        "1e999",
-                        "1.5x"}) {
+  for (const std::string& row : parts(
+           "| |-|+|12 |12a|0x|a|--1|1\n|0| \t\n12|+7|010|-0|-1|-5|4294967295|4294967296|4294967297|"
+           " -4294967295|-4294967296|2147483647|2147483648|-2147483648|-2147483649|"
+           "9223372036854775807|9223372036854775808|-9223372036854775808|-9223372036854775809|"
+           "18446744073709551615|-18446744073709551615|18446744073709551616|1.5| -2e3|0x1p4|.5|inf|"
+           "1,5|1e999|1.5x")) {
+    const char* const s = row.c_str();
     const auto number = reference::wholeDecimal(s, true);
-    compare<unsigned int>(
-        s, [s](auto& v) { return strtouint(s, &v); }, inRange(number, UINT_MAX, UINT_MAX));
-    compare<int>(
-        s, [s](auto& v) { return strtoint(s, &v); }, inRange(number, INT_MAX + 1ULL, INT_MAX));
-    compare<long long>(
-        s, [s](auto& v) { return strtolonglong(s, &v); },
-        inRange(number, LLONG_MAX + 1ULL, LLONG_MAX));
-    compare<unsigned long long>(
-        s, [s](auto& v) { return strtoqword(s, &v); }, inRange(number, ULLONG_MAX, ULLONG_MAX));
-    compare<double>(
-        s, [s](auto& v) { return strtodouble(s, &v); },
-        inPlainLocale([s] { return reference::wholeDouble(s, strlen(s)); }));
+    compare<unsigned int>(s, inRange(number, UINT_MAX, UINT_MAX),
+                          [s](auto& v) { return strtouint(s, &v); });
+    compare<int>(s, inRange(number, INT_MAX + 1ULL, INT_MAX),
+                 [s](auto& v) { return strtoint(s, &v); });
+    compare<long long>(s, inRange(number, LLONG_MAX + 1ULL, LLONG_MAX),
+                       [s](auto& v) { return strtolonglong(s, &v); });
+    compare<unsigned long long>(s, inRange(number, ULLONG_MAX, ULLONG_MAX),
+                                [s](auto& v) { return strtoqword(s, &v); });
+    compare<double>(s, inPlainLocale([s] { return reference::wholeDouble(s, strlen(s)); }),
+                    [s](auto& v) { return strtodouble(s, &v); });
   }
   double value = 0;
   EXPECT_TRUE(strtodouble("nan", &value));
   EXPECT_TRUE(std::isnan(value));
-  EXPECT_FALSE(strtodouble(nullptr, &value));
-  int whole = 0;
-  EXPECT_FALSE(strtoint(nullptr, &whole));
-  unsigned int natural = 0;
-  EXPECT_FALSE(strtouint(nullptr, &natural));
-  long long wide = 0;
-  EXPECT_FALSE(strtolonglong(nullptr, &wide));
-  unsigned long long wideNatural = 0;
-  EXPECT_FALSE(strtoqword(nullptr, &wideNatural));
+  const auto refusesNull = [](auto parse, auto unchanged) {
+    EXPECT_FALSE(parse(nullptr, &unchanged));
+    EXPECT_EQ(7, unchanged);
+  };
+  refusesNull(strtouint, 7U);
+  refusesNull(static_cast<bool (*)(const char*, int*)>(strtoint), 7);
+  refusesNull(strtolonglong, 7LL);
+  refusesNull(strtoqword, 7ULL);
+  refusesNull(strtodouble, 7.0);
 }
 
 TEST(Numbers, ParsersKeepErrno) {
@@ -143,50 +106,23 @@ void compareRanges(string_view text) {
   for (const char* s : {memory.atEnd(text), memory.atBegin(text)}) {
     const char* const end = s + text.size();
     const std::string shown(text);
-    compare<int>(
-        shown, [&](auto& v) { return strtoint(s, end, v); }, inRange(number, INT_MAX, INT_MAX));
-    compare<long long>(
-        shown, [&](auto& v) { return strtoint64(s, end, v); },
-        inRange(number, LLONG_MAX, LLONG_MAX));
+    compare<int>(shown, inRange(number, INT_MAX, INT_MAX),
+                 [&](auto& v) { return strtoint(s, end, v); });
+    compare<long long>(shown, inRange(number, LLONG_MAX, LLONG_MAX),
+                       [&](auto& v) { return strtoint64(s, end, v); });
   }
 }
 
 TEST(Numbers, Ranges) {
-  for (const string_view text : {"-42"sv,
-                                 "+7"sv,
-                                 "0"sv,
-                                 "-0"sv,
-                                 "12345678"sv,
-                                 "123456789"sv,
-                                 "2147483647"sv,
-                                 "-2147483647"sv,
-                                 "2147483648"sv,
-                                 "-2147483648"sv,
-                                 "9223372036854775807"sv,
-                                 "-9223372036854775807"sv,
-                                 "9223372036854775808"sv,
-                                 "-9223372036854775808"sv,
-                                 "10000000000000000000"sv,
-                                 "18446744073709551617"sv,
-                                 "42000000000000000000"sv,
-                                 "99999999999999999999"sv,
-                                 "00000000000000000005"sv,
-                                 "-0000000000000000005"sv,
-                                 "000000000000000000005"sv,
-                                 "-00000000000000000005"sv,
-                                 ""sv,
-                                 "-"sv,
-                                 "+"sv,
-                                 "+-1"sv,
-                                 "12a"sv,
-                                 " 12"sv,
-                                 "12 "sv,
-                                 "1234567/"sv,
-                                 "1234567:"sv,
-                                 "12345678901234\xB0"sv,
-                                 "1\0002"sv}) {
+  for (const std::string& text : parts(
+           "-42|+7|0|-0|12345678|123456789|2147483647|-2147483647|2147483648|-2147483648|"
+           "9223372036854775807|-9223372036854775807|9223372036854775808|-9223372036854775808|"
+           "10000000000000000000|18446744073709551617|42000000000000000000|99999999999999999999|"
+           "00000000000000000005|-0000000000000000005|000000000000000000005|-00000000000000000005||"
+           "-|+|+-1|12a| 12|12 |1234567/|1234567:|12345678901234\xB0")) {
     compareRanges(text);
   }
+  compareRanges("1\0002"sv);
   int value = 77;
   const char digit[] = "1";
   EXPECT_FALSE(strtoint(nullptr, digit, value));

@@ -6,10 +6,12 @@
 
 #include "tests/markup/model_trace.h"
 #include "tests/markup/reader_trace.h"
+#include "tests/support/parts.h"
 
 namespace {
 
 using cc::test::ModelTrace;
+using cc::test::parts;
 using cc::test::traceOf;
 
 /// Documents of a small grammar, most of them well made.
@@ -106,25 +108,22 @@ TEST(ReaderTwin, ShapesAndErrors) {
       "I [0,8)\nC [8,15)\nE a d1 o [15,26) w x x=a b\nE d1 o [26,29) !0 @29 1:30\n"
       "E c d0 c [30,34)\nend @34 d0",
       traceOf("<?&\">\"?><!----><a x=\"a\tb\"><b&></c>"));
-  const std::string texts[] = {
-      // Tags, quotes, instructions and comments.
-      "text > & ]]> \x80", "<a x=\"1\" />", "<a x=\"1\"/ >", "<a><b/></c>", "x<a\r\n>y",
-      "<0.-:_Z/>", "<a b='>'>", "<a/b=\">\"/>", "<?a \">\" ?>", "<!--><b/>-->", "<!--->-->",
-      "<!-- a -- > -->", "<!abcd-->", "<![CDATA[<x/>]]>--><a/>", "<!DOCTYPE x>", "<\xC3\xA9/>",
-      "<a&b><c/>", std::string("<a\0>", 4),
-      // Spaces, and what ends the search for an attribute.
-      "<a x = \"1\" >", "<a\tx\r\n=\n\"1\"/>", "<a b=\"1\"c=\"2\">", "<a/b x=\"1\">",
-      "</a x=\"1\">", "<a x=\"'<>/=?\">", "<a x=\"&quot;\" x=\"2\">", "<?xml a=\"1\" b=\"U\" ?>",
-      "<a 0=\"1\" .:_=\"2\" <=\"3\">", "<a x=\"1\"/y=\"2\">", "<a x=\"1\" -y=\"2\">",
-      "<a x=\"1\" !y=\"2\">", "<a x=\"1\" ?y=\"2\">",
-      // Names, equals signs and quotes.
-      "<a x&=\"1\">", "<a x\xC3\xA9=\"1\">", "<a ='1'>", "<a x=\"1\" &>", "<a x y=\"1\">",
-      "<a x \"1\">", "<a x==\"1\">", "<a x= =\"1\">", "<a x = = \"1\">", "<a x='\" y=\">'>",
-      // Line breaks are trimmed, other control bytes become spaces.
-      "<a x=\"\r\nabc\r\n\">", "<a x=\"\r\n\n\r\">", "<a x=\"\n a \n\">", "<a x=\"a\tb\tc\">",
-      "<a x=\"\tabc\t\">", "<a x=\"\n\t\n\">", "<a x=\"\x01\" y=\"\x1F\" z=\"\x7F\x80\">",
-      std::string("<a x=\"\0\">", 9)};
-  for (const std::string& text : texts) compare(text);
+  for (const std::string& text :
+       parts("text > & ]]> \x80|<a x=\"1\" />|<a x=\"1\"/ >|<a><b/></c>|x<a\r\n>y|<0.-:_Z/>|<a "
+             "b='>'>|"
+             "<a/b=\">\"/>|<?a \">\" ?>|<!--><b/>-->|<!--->-->|<!-- a -- > -->|<!abcd-->|"
+             "<![CDATA[<x/>]]>--><a/>|<!DOCTYPE x>|<\xC3\xA9/>|<a&b><c/>|<a x = \"1\" >|"
+             "<a\tx\r\n=\n\"1\"/>|<a b=\"1\"c=\"2\">|<a/b x=\"1\">|</a x=\"1\">|<a x=\"'<>/=?\">|"
+             "<a x=\"&quot;\" x=\"2\">|<?xml a=\"1\" b=\"U\" ?>|<a 0=\"1\" .:_=\"2\" <=\"3\">|"
+             "<a x=\"1\"/y=\"2\">|<a x=\"1\" -y=\"2\">|<a x=\"1\" !y=\"2\">|<a x=\"1\" ?y=\"2\">|"
+             "<a x&=\"1\">|<a x\xC3\xA9=\"1\">|<a ='1'>|<a x=\"1\" &>|<a x y=\"1\">|<a x \"1\">|"
+             "<a x==\"1\">|<a x= =\"1\">|<a x = = \"1\">|<a x='\" y=\">'>|<a x=\"\r\nabc\r\n\">|"
+             "<a x=\"\r\n\n\r\">|<a x=\"\n a \n\">|<a x=\"a\tb\tc\">|<a x=\"\tabc\t\">|"
+             "<a x=\"\n\t\n\">|<a x=\"\x01\" y=\"\x1F\" z=\"\x7F\x80\">")) {
+    compare(text);
+  }
+  compare(std::string("<a\0>", 4));
+  compare(std::string("<a x=\"\0\">", 9));
   for (const char* tag : {"<", "</", "<a ", "<a <"}) {
     for (std::size_t n = 508; n < 515; ++n) {  // the longest names
       for (const char* end : {"", "/>", "=\"1\"><b/>"}) compare(tag + std::string(n, 'n') + end);

@@ -14,33 +14,21 @@
 #include "tests/markup/reader_trace.h"
 #include "tests/reference/number_model.h"
 #include "tests/support/alloc_sweep.h"
+#include "tests/support/parts.h"
 #include "tests/support/plain_numbers.h"
 
 namespace {
 
 using cc::test::errorOf;
 using cc::test::OpenDoc;
+using cc::test::parts;
 using cc::test::plainFormat;
 using cc::test::plainStrtod;
 
 TEST(ConvertEscape, DecodesTheFiveEntitiesAndNoOther) {
-  const std::string rows[] = {"",
-                              "plain \xC3\xA9 \xFF > \"'",
-                              "a&lt;b&amp;&quot;c&apos;&gt;",
-                              "&amp;lt;",
-                              "&amp;&amp;",
-                              "x&AMP;",
-                              "&#65;",
-                              "&",
-                              "&;",
-                              "&am p;",
-                              "a&lt;x&l",
-                              "&quo",
-                              "&apos",
-                              "&&amp;",
-                              "&ltx;",
-                              std::string("a\0b&lt;", 7)};
-  for (const std::string& source : rows) {
+  for (const std::string& source :
+       parts("|plain \xC3\xA9 \xFF > \"'|a&lt;b&amp;&quot;c&apos;&gt;|&amp;lt;|&amp;&amp;|x&AMP;|"
+             "&#65;|&|&;|&am p;|a&lt;x&l|&quo|&apos|&&amp;|&ltx;")) {
     for (std::size_t n = 0; n <= source.size(); ++n) {  // what follows may complete an entity
       OpenDoc doc;
       ChArr out("old");
@@ -55,6 +43,9 @@ TEST(ConvertEscape, DecodesTheFiveEntitiesAndNoOther) {
   ChArr out;
   doc.convertEscape(ChPair(), out);
   EXPECT_STREQ("", out.get());
+  const char zero[] = "a\0b&lt;";
+  doc.convertEscape(ChPair(zero, zero + 7), out);
+  EXPECT_EQ(std::string("a\0b<", 5), std::string(out.get(), 5));
 }
 
 TEST(ConvertEscape, TheSourceMayLieInTheResult) {
@@ -108,47 +99,18 @@ void compareDouble(const OpenDoc& doc, const std::string& text, const ChPair& sl
 
 TEST(GetDouble, EverySliceAsTheCLibraryReadsIt) {
   // Texts in which numbers go on, or only seem to.
-  const char* const texts[] = {"123",
-                               "1.5e+10x",
-                               "1e",
-                               "1e+",
-                               "0x1p+3",
-                               "infinity",
-                               "infinite",
-                               "nan(a_1)",
-                               "nan(a_1",
-                               "-+1",
-                               "1..2",
-                               "<a b=\"2.5\">",
-                               "0x.8",
-                               "1e5.5",
-                               "inf inf",
-                               "0x1.8p",
-                               "-2.5",
-                               "+.5",
-                               " \n 1",
-                               "0X.8",
-                               "-INF",
-                               "NAN(ab_1)",
-                               "1e-300",
-                               "123456789012345678901234567890",
-                               "2,5",
-                               "--1",
-                               "1_0",
-                               "1.7976931348623157e308",
-                               "4.9406564584124654e-324",
-                               "-1e999",
-                               "1e-999",
-                               "1 "};
-  for (const char* text : texts) {
-    OpenDoc doc(text + std::string(1, '\0'));
-    const std::size_t size = std::strlen(text);
-    for (std::size_t begin = 0; begin <= size; ++begin) {
-      for (std::size_t end = begin; end <= size; ++end) {
+  for (const std::string& text :
+       parts("123|1.5e+10x|1e|1e+|0x1p+3|infinity|infinite|nan(a_1)|nan(a_1|-+1|1..2|<a b=\"2.5\">|"
+             "0x.8|1e5.5|inf inf|0x1.8p|-2.5|+.5| \n 1|0X.8|-INF|NAN(ab_1)|1e-300|"
+             "123456789012345678901234567890|2,5|--1|1_0|1.7976931348623157e308|"
+             "4.9406564584124654e-324|-1e999|1e-999|1 ")) {
+    OpenDoc doc(text + '\0');
+    for (std::size_t begin = 0; begin <= text.size(); ++begin) {
+      for (std::size_t end = begin; end <= text.size(); ++end) {
         compareDouble(doc, text, ChPair(doc.begin() + begin, doc.begin() + end));
       }
     }
-    compareDouble(doc, text, ChPair(text));
+    compareDouble(doc, text, ChPair(text.c_str()));
   }
   const OpenDoc doc;
   EXPECT_EQ(19, errorOf([&] { doc.getDouble(ChPair()); }));
