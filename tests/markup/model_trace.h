@@ -5,79 +5,58 @@
 #include <string>
 #include <string_view>
 
+#include "tests/markup/reader_trace.h"
 #include "tests/reference/markup_model.h"
 
 namespace cc::test {
 
-class ModelTrace {
+/// The model with the tokens and attributes of the reader.
+class ModelDoc {
  public:
-  explicit ModelTrace(std::string_view content) : doc(std::string(content)) {
-    doc.warning = [this](const reference::MarkupAttribute& attribute) {
-      out += " w " + str(attribute.name);
+  explicit ModelDoc(std::string_view content) : doc(std::string(content)) {
+    doc.warning = [this](const reference::MarkupAttribute& found) {
+      out += " w " + str(slice(found.name));
     };
   }
 
-  std::string walk() {
-    reference::MarkupToken token;
+  bool step(MLDoc::Token& token) {
     bool more = true;
-    while (more) {
-      const int error = errorOf([&] { more = doc.step(token); });
-      if (error >= 0) token.tag.end = doc.position;
-      if (more) traceToken(token, error < 0);
-      traceError(error);
-      if (error < 0 && more) traceAttributes(token);
-      out += more ? "\n" : "";
-    }
-    return out + "end @" + std::to_string(doc.position) + " d" + std::to_string(token.depth);
+    const int error = errorOf([&] { more = doc.step(now); });
+    if (error >= 0) now.tag.end = doc.position;
+    if (more) token.tag = slice(now.tag);
+    token.name = slice(now.name);
+    token.type = static_cast<decltype(token.type)>(now.type);
+    token.depth = now.depth;
+    token.opening = now.opening;
+    token.closing = now.closing;
+    return error >= 0 ? throw error : more;
   }
+  bool attribute(const MLDoc::Token& /*token*/, MLDoc::Attribute& attribute) {
+    reference::MarkupAttribute found;
+    const bool more = doc.attribute(now, found);
+    attribute.name = slice(found.name);
+    attribute.value = slice(found.value);
+    return more;
+  }
+  std::size_t at() const { return doc.position; }
+  void moveTo(unsigned int offset) { doc.position = offset; }
+  const char* begin() const { return doc.text.data(); }
+  std::string place() const { return doc.place(); }
+  std::string out;
 
  private:
-  template <class Action>
-  static int errorOf(Action&& action) {
-    try {
-      action();
-    } catch (int number) {
-      return number;
-    }
-    return -1;
-  }
-
-  std::string str(reference::Range range) const {
-    return doc.text.substr(range.begin, range.end - range.begin);
-  }
-
-  void traceError(int error) {
-    if (error < 0) return;
-    out += " !" + std::to_string(error) + " @" + std::to_string(doc.position) + " " + doc.place();
-  }
-
-  void traceToken(const reference::MarkupToken& token, bool whole) {
-    out += "EIC"[token.type];
-    if (token.type == 0 && whole) out += " " + str(token.name);
-    if (token.type == 0) {
-      out += " d" + std::to_string(token.depth) + " ";
-      if (token.opening) out += "o";
-      if (token.closing && (whole || !token.opening)) out += "c";
-    }
-    out += " [" + std::to_string(token.tag.begin) + "," + std::to_string(token.tag.end) + ")";
-  }
-
-  void traceAttributes(const reference::MarkupToken& token) {
-    reference::MarkupAttribute found;
-    bool more = true;
-    while (more) {
-      const int error = errorOf([&] { more = doc.attribute(token, found); });
-      traceError(error);
-      if (error >= 0) {
-        doc.position = token.tag.end;
-        return;
-      }
-      if (more) out += " " + str(found.name) + "=" + str(found.value);
-    }
+  ChPair slice(reference::Range range) const {
+    return {begin() + range.begin, begin() + range.end};
   }
 
   reference::MarkupModel doc;
-  std::string out;
+  reference::MarkupToken now;
 };
+
+/// The walk over `content`.
+inline std::string modelTraceOf(std::string_view content) {
+  ModelDoc doc(content);
+  return Walk(doc).trace();
+}
 
 }  // namespace cc::test

@@ -55,10 +55,6 @@ class OpenDoc : public MLDoc {
 /// `slice` as a string.
 inline std::string str(const ChPair& slice) { return {slice.begin, slice.end}; }
 
-inline std::string errorTrace(int number, unsigned int offset, const std::string& place) {
-  return " !" + std::to_string(number) + " @" + std::to_string(offset) + " " + place;
-}
-
 /// The number of the error that `action` throws, -1 when it throws none.
 template <class Action>
 int errorOf(Action&& action) {
@@ -66,38 +62,73 @@ int errorOf(Action&& action) {
     action();
   } catch (const TTT& message) {
     return errorNumber(message);
+  } catch (int number) {
+    return number;
   }
   return -1;
 }
 
-/// Walks a document, whose text ends at an unreadable page, and writes down what it meets.
-class ReaderTrace : public OpenDoc {
+/// Walks a document and writes down what it meets.
+template <class Doc>
+class Walk {
  public:
-  explicit ReaderTrace(std::string_view content) : pages(content) {
+  explicit Walk(Doc& document) : doc(document) {}
+
+  std::string trace() {
+    MLDoc::Token token;
+    bool more = true;
+    while (more) {
+      const int error = errorOf([&] { more = doc.step(token); });
+      if (more) addToken(token, error < 0);
+      addError(error);
+      if (more && error < 0) addAttributes(token);
+      doc.out += more ? "\n" : "";
+    }
+    return doc.out + "end @" + std::to_string(doc.at()) + " d" + std::to_string(token.depth);
+  }
+
+ private:
+  void addError(int error) {
+    if (error < 0) return;
+    doc.out += " !" + std::to_string(error) + " @" + std::to_string(doc.at()) + " " + doc.place();
+  }
+
+  void addToken(const MLDoc::Token& token, bool whole) {
+    doc.out += "EIC"[token.type];
+    if (token.type == 0 && whole) doc.out += " " + str(token.name);
+    if (token.type == 0) {
+      doc.out += " d" + std::to_string(token.depth) + " ";
+      if (token.opening) doc.out += "o";
+      if (token.closing && (whole || !token.opening)) doc.out += "c";
+    }
+    const auto offset = [&](const char* p) { return std::to_string(p - doc.begin()); };
+    doc.out += " [" + offset(token.tag.begin) + "," + offset(token.tag.end) + ")";
+  }
+
+  void addAttributes(const MLDoc::Token& token) {
+    MLDoc::Attribute found;
+    for (bool more = true; more;) {
+      const int error = errorOf([&] { more = doc.attribute(token, found); });
+      addError(error);
+      if (error >= 0) return doc.moveTo(static_cast<unsigned int>(token.tag.end - doc.begin()));
+      if (more) doc.out += " " + str(found.name) + "=" + str(found.value);
+    }
+  }
+
+  Doc& doc;
+};
+
+/// A document whose text ends at an unreadable page, and what a walk writes down.
+class TracedDoc : public OpenDoc {
+ public:
+  explicit TracedDoc(std::string_view content) : pages(content) {
     load("doc", "", 0);
     release();
     text = pages.begin();
     textSize = static_cast<unsigned int>(content.size());
   }
-  ~ReaderTrace() override { text = nullptr; }
-
-  std::string walk() {
-    out.clear();
-    Token token;
-    bool more = true;
-    while (more) {
-      const int error = errorOf([&] { more = step(token); });
-      if (error >= 0) {
-        traceToken(token, false);
-        out += errorTrace(error, at(), place());
-      } else if (more) {
-        traceToken(token, true);
-        traceAttributes(token);
-      }
-      out += more ? "\n" : "";
-    }
-    return out + "end @" + std::to_string(at()) + " d" + std::to_string(token.depth);
-  }
+  ~TracedDoc() override { text = nullptr; }
+  std::string out;
 
  protected:
   void warning(const TTT& message, const Token& /*token*/, Attribute& attribute) override {
@@ -106,37 +137,13 @@ class ReaderTrace : public OpenDoc {
   }
 
  private:
-  void traceToken(const Token& token, bool whole) {
-    out += "EIC"[token.type];
-    if (token.type == 0 && whole) out += " " + str(token.name);
-    if (token.type == 0) {
-      out += " d" + std::to_string(token.depth) + " ";
-      if (token.opening) out += "o";
-      if (token.closing && (whole || !token.opening)) out += "c";
-    }
-    const auto offset = [&](const char* p) { return std::to_string(p - begin()); };
-    out += " [" + offset(token.tag.begin) + "," + offset(token.tag.end) + ")";
-  }
-
-  void traceAttributes(const Token& token) {
-    Attribute found;
-    bool more = true;
-    while (more) {
-      const int error = errorOf([&] { more = attribute(token, found); });
-      if (error >= 0) {
-        out += errorTrace(error, at(), place());
-        moveTo(static_cast<unsigned int>(token.tag.end - begin()));
-        return;
-      }
-      if (more) out += " " + str(found.name) + "=" + str(found.value);
-    }
-  }
-
   GuardedBuffer pages;
-  std::string out;
 };
 
 /// The walk over `content`.
-inline std::string traceOf(std::string_view content) { return ReaderTrace(content).walk(); }
+inline std::string traceOf(std::string_view content) {
+  TracedDoc doc(content);
+  return Walk(doc).trace();
+}
 
 }  // namespace cc::test

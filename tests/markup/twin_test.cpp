@@ -10,7 +10,7 @@
 
 namespace {
 
-using cc::test::ModelTrace;
+using cc::test::modelTraceOf;
 using cc::test::parts;
 using cc::test::traceOf;
 
@@ -100,7 +100,7 @@ class Grammar {
   std::string out;
 };
 
-void compare(const std::string& text) { ASSERT_EQ(ModelTrace(text).walk(), traceOf(text)) << text; }
+void compare(const std::string& text) { ASSERT_EQ(modelTraceOf(text), traceOf(text)) << text; }
 
 TEST(ReaderTwin, ShapesAndErrors) {
   // One walk word for word; all others are what the model makes of them.
