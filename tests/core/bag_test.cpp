@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "charproc.h"
 #include "chpair.h"
 #include "tests/core/bag_model.h"
@@ -38,18 +40,8 @@ int hidden(int n) {
   return opaque;
 }
 
-struct State {
-  std::string data;
-  int position, capacity;
-  explicit State(const Bag& b)
-      : data(bytesOf(b)), position(b.getPosition()), capacity(b.getCapacity()) {}
-  bool operator==(const State&) const = default;
-};
-
-std::ostream& operator<<(std::ostream& out, const State& s) {
-  return out << s.data.size() << " bytes, cursor " << s.position << ", capacity " << s.capacity
-             << ", data " << testing::PrintToString(s.data);
-}
+// All that can be seen of a bag.
+auto stateOf(const Bag& b) { return std::tuple(bytesOf(b), b.getPosition(), b.getCapacity()); }
 
 TEST(Bag, WritesEndTheDataAtTheCursor) {
   const struct {
@@ -143,10 +135,10 @@ TEST(Bag, CopiesExactly) {
   EXPECT_EQ(16, assigned.getCapacity());
   EXPECT_EQ(0, assigned.getPosition());
   assigned = bag;
-  EXPECT_EQ(State(copy), State(assigned));
+  EXPECT_EQ(stateOf(copy), stateOf(assigned));
   const Bag& same = assigned;
   assigned = same;
-  EXPECT_EQ(State(copy), State(assigned));
+  EXPECT_EQ(stateOf(copy), stateOf(assigned));
   EXPECT_FALSE(assigned == Bag("some texT", 10));
   EXPECT_FALSE(assigned == Bag("some text", 9));
 
@@ -158,7 +150,7 @@ TEST(Bag, CopiesExactly) {
   EXPECT_EQ(0, none.getPosition());
   EXPECT_EQ(nullptr, none.getBuffer());
   assigned = emptied;
-  EXPECT_EQ(State(Bag()), State(assigned));
+  EXPECT_EQ(stateOf(Bag()), stateOf(assigned));
 }
 
 // What a move leaves behind is looked at on purpose.
@@ -169,16 +161,16 @@ TEST(Bag, MovesItsBuffer) {
     Bag bag;
     bag.putString("text");
     bag.setPosition(2);
-    const State state(bag);
+    const auto state = stateOf(bag);
     char* buffer = bag.getBuffer();
     Bag other("other", 5);
     other.stealFrom(bag);
     EXPECT_EQ(buffer, other.getBuffer());
-    EXPECT_EQ(State(Bag()), State(bag));
+    EXPECT_EQ(stateOf(Bag()), stateOf(bag));
     other.stealFrom(other);
     Bag& same = other;
     other = std::move(same);
-    EXPECT_EQ(State(Bag(std::move(other))), state);
+    EXPECT_EQ(stateOf(Bag(std::move(other))), state);
     EXPECT_EQ(nullptr, other.getBuffer());
 
     int n = -1;
@@ -192,7 +184,7 @@ TEST(Bag, MovesItsBuffer) {
     char* stolen = bag.steal(n);
     EXPECT_EQ(buffer, stolen);
     EXPECT_EQ(5, n);
-    EXPECT_EQ(State(Bag()), State(bag));
+    EXPECT_EQ(stateOf(Bag()), stateOf(bag));
 
     bag.setBuffer(stolen, 3, 5);
     EXPECT_EQ("byt", bytesOf(bag));
@@ -277,15 +269,15 @@ TEST(Bag, IsWholeWhateverAllocationFails) {
     done.setPosition(98);
     const Bag start(done);
     row.call(done);
-    const State after(done);
+    const auto after = stateOf(done);
     sweepAllocations([&](AllocSweep& sweep) {
       Bag bag(start);
-      const State before(bag);
+      const auto before = stateOf(bag);
       const bool worked = sweep.attempt([&] { row.call(bag); });
-      EXPECT_EQ(worked ? after : before, State(bag));
+      EXPECT_EQ(worked ? after : before, stateOf(bag));
       if (!worked) {  // and it serves on
         row.call(bag);
-        EXPECT_EQ(after, State(bag));
+        EXPECT_EQ(after, stateOf(bag));
       }
     });
   }

@@ -4,11 +4,14 @@
 
 #include "tests/files/messages.h"
 #include "tests/markup/reader_trace.h"
+#include "tests/reference/markup_model.h"
+#include "tests/support/parts.h"
 
 namespace {
 
 using cc::test::MessageBytes;
 using cc::test::OpenDoc;
+using cc::test::parts;
 using cc::test::thrownBy;
 
 std::string bytesOf(const TTT& message) {
@@ -17,25 +20,20 @@ std::string bytesOf(const TTT& message) {
 }
 
 TEST(Position, CountsLinesAndCharacters) {
-  const struct {
-    const char* text;
-    unsigned int position;
-    const char* place;
-  } rows[] = {
-      {"abc", 0, "1:1"},          {"abc", 3, "1:4"},
-      {"ab\n\tx", 4, "2:5"},      {"ab\n\tx", 5, "2:6"},
-      {"\t", 1, "1:5"},           {"a\t", 2, "1:5"},
-      {"abc\t", 4, "1:5"},        {"abcd\t", 5, "1:9"},
-      {"\t\t", 2, "1:9"},         {"\xC3\xA9", 2, "1:2"},
-      {"\xC3\xA9", 1, "1:2"},     {"\xF0\x9F\x98\x80x", 5, "1:3"},
-      {"\x80\xBF\xC0", 3, "1:2"}, {"\r\n\r\n", 4, "3:1"},
-      {"a\rb", 3, "1:3"},         {"\xEF\xBB\xBFx", 3, "1:2"},
-      {"a\n", 2, "2:1"},          {"abc", 99, "1:4"},  // a derived class went too far
-  };
-  for (const auto& row : rows) {
-    OpenDoc doc(row.text);
-    doc.moveTo(row.position);
-    EXPECT_EQ(row.place, doc.place()) << row.text << " @" << row.position;
+  for (const std::string& text : parts("abc|ab\n\tx|a\t|abc\t|abcd\t|\t\t|\xC3\xA9|"
+                                       "\xF0\x9F\x98\x80x|\x80\xBF\xC0|\r\n\r\n|a\rb|"
+                                       "\xEF\xBB\xBFx|a\n")) {
+    OpenDoc doc(text);
+    cc::reference::MarkupModel model(text);
+    for (; model.position <= text.size(); ++model.position) {
+      doc.moveTo(static_cast<unsigned int>(model.position));
+      EXPECT_EQ(model.place(), doc.place()) << text << " @" << model.position;
+    }
+  }
+  OpenDoc doc("ab\n\tx");
+  for (const unsigned int position : {5, 99}) {  // where a derived class went too far
+    doc.moveTo(position);
+    EXPECT_EQ("2:6", doc.place());
   }
 }
 

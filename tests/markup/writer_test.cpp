@@ -27,7 +27,8 @@ const PairTag overlapping[] = {{"none", 0}, {"rw", 3}, {"w<", 2}, {"top", INT_MI
 
 const char letters[] = "abc";
 
-using Script = std::function<void(MLDocOut&)>;
+using Out = MLDocOut&;
+using Script = std::function<void(Out)>;
 
 // What a script writes to a bag.
 std::string written(const Script& script, bool multiLine = false) {
@@ -54,7 +55,7 @@ TEST(Writer, BothLayouts) {
   EXPECT_EQ("<root\n\tn=\"5\"\n\t>\n\t<item\n\t\ts=\"a&lt;b\"\n\t/>\n</root>\n",
             written(writeExample, true));
   EXPECT_EQ("<root n=\"5\">\n\t<item s=\"a&lt;b\"/>\n</root>\n", written(writeExample, false));
-  EXPECT_EQ("<root n=\"5\">\r\n  <item s=\"a&lt;b\"/>\r\n</root>\r\n", written([](MLDocOut& out) {
+  EXPECT_EQ("<root n=\"5\">\r\n  <item s=\"a&lt;b\"/>\r\n</root>\r\n", written([](Out out) {
               out.newLine = "\r\n";
               out.indentSize = 2;
               writeExample(out);
@@ -67,52 +68,51 @@ TEST(Writer, Attributes) {
     Script script;
   } rows[] = {
       // Integers.
-      {" a=\"0\"", [](MLDocOut& out) { out.writeUIntAttr("a", 0, false); }},
-      {"", [](MLDocOut& out) { out.writeUIntAttr("a", 0, true); }},
-      {" a=\"4294967295\"", [](MLDocOut& out) { out.writeUIntAttr("a", UINT_MAX, true); }},
-      {" a=\"-2147483648\"", [](MLDocOut& out) { out.writeIntAttr("a", INT_MIN, true); }},
-      {"", [](MLDocOut& out) { out.writeIntAttr("a", 0, true); }},
+      {" a=\"0\"", [](Out out) { out.writeUIntAttr("a", 0, false); }},
+      {"", [](Out out) { out.writeUIntAttr("a", 0, true); }},
+      {" a=\"4294967295\"", [](Out out) { out.writeUIntAttr("a", UINT_MAX, true); }},
+      {" a=\"-2147483648\"", [](Out out) { out.writeIntAttr("a", INT_MIN, true); }},
+      {"", [](Out out) { out.writeIntAttr("a", 0, true); }},
       // Doubles.
-      {" d=\"2.500000\"", [](MLDocOut& out) { out.writeDoubleAttr("d", 2.5, true); }},
-      {" d=\"-0.000000\"", [](MLDocOut& out) { out.writeDoubleAttr("d", -0.0, false); }},
-      {"", [](MLDocOut& out) { out.writeDoubleAttr("d", -0.0, true); }},
-      {" d=\"nan\"", [](MLDocOut& out) { out.writeDoubleAttr("d", std::nan(""), true); }},
-      {" d=\"-inf\"", [](MLDocOut& out) { out.writeDoubleAttr("d", -HUGE_VAL, true); }},
+      {" d=\"2.500000\"", [](Out out) { out.writeDoubleAttr("d", 2.5, true); }},
+      {" d=\"-0.000000\"", [](Out out) { out.writeDoubleAttr("d", -0.0, false); }},
+      {"", [](Out out) { out.writeDoubleAttr("d", -0.0, true); }},
+      {" d=\"nan\"", [](Out out) { out.writeDoubleAttr("d", std::nan(""), true); }},
+      {" d=\"-inf\"", [](Out out) { out.writeDoubleAttr("d", -HUGE_VAL, true); }},
       // Dates.
-      {" t=\"1970-01-02T00:00:00\"", [](MLDocOut& out) { out.writeDateAttr("t", 86400, true); }},
-      {" t=\"1970-01-01T00:00:00\"", [](MLDocOut& out) { out.writeDateAttr("t", 0, false); }},
-      {"", [](MLDocOut& out) { out.writeDateAttr("t", 0, true); }},
-      {" t=\"1969-12-31T23:59:59\"", [](MLDocOut& out) { out.writeDateAttr("t", -1, true); }},
-      {" t=\"2000-02-29T12:34:56\"",
-       [](MLDocOut& out) { out.writeDateAttr("t", 951827696, true); }},
+      {" t=\"1970-01-02T00:00:00\"", [](Out out) { out.writeDateAttr("t", 86400, true); }},
+      {" t=\"1970-01-01T00:00:00\"", [](Out out) { out.writeDateAttr("t", 0, false); }},
+      {"", [](Out out) { out.writeDateAttr("t", 0, true); }},
+      {" t=\"1969-12-31T23:59:59\"", [](Out out) { out.writeDateAttr("t", -1, true); }},
+      {" t=\"2000-02-29T12:34:56\"", [](Out out) { out.writeDateAttr("t", 951827696, true); }},
       // Texts.
-      {"", [](MLDocOut& out) { out.writeStrAttr("s", "", true); }},
-      {"", [](MLDocOut& out) { out.writeStrAttr("s", nullptr, true); }},
-      {" s=\"\"", [](MLDocOut& out) { out.writeStrAttr("s", "", false); }},
-      {" s=\"\"", [](MLDocOut& out) { out.writeStrAttr("s", nullptr, false); }},
+      {"", [](Out out) { out.writeStrAttr("s", "", true); }},
+      {"", [](Out out) { out.writeStrAttr("s", nullptr, true); }},
+      {" s=\"\"", [](Out out) { out.writeStrAttr("s", "", false); }},
+      {" s=\"\"", [](Out out) { out.writeStrAttr("s", nullptr, false); }},
       {" s=\"&quot;&apos;&amp;&lt;&gt;\n\xC3\"",
-       [](MLDocOut& out) { out.writeStrAttr("s", "\"'&<>\n\xC3", true); }},
-      {" s=\"b\"", [](MLDocOut& out) { out.writePairAttr("s", ChPair(letters + 1, letters + 2)); }},
-      {" s=\"\"", [](MLDocOut& out) { out.writePairAttr("s", ChPair()); }},
+       [](Out out) { out.writeStrAttr("s", "\"'&<>\n\xC3", true); }},
+      {" s=\"b\"", [](Out out) { out.writePairAttr("s", ChPair(letters + 1, letters + 2)); }},
+      {" s=\"\"", [](Out out) { out.writePairAttr("s", ChPair()); }},
       // Tables.
-      {" e=\"w\"", [](MLDocOut& out) { out.writeEnumAttr("e", 2, rights); }},
-      {"", [](MLDocOut& out) { out.writeEnumAttr("e", 3, rights); }},
-      {" e=\"w<\"", [](MLDocOut& out) { out.writeEnumAttr("e", 2, overlapping); }},
-      {" e=\"top\"", [](MLDocOut& out) { out.writeEnumAttr("e", 1U << 31, overlapping); }},
-      {" f=\"r w x\"", [](MLDocOut& out) { out.writeFlagsAttr("f", 7, rights); }},
-      {" f=\"r x\"", [](MLDocOut& out) { out.writeFlagsAttr("f", 5, rights); }},
-      {" f=\"\"", [](MLDocOut& out) { out.writeFlagsAttr("f", 0, rights); }},
-      {" f=\"\"", [](MLDocOut& out) { out.writeFlagsAttr("f", 8, rights); }},
-      {" f=\"rw top\"", [](MLDocOut& out) { out.writeFlagsAttr("f", 0x80000002U, overlapping); }},
-      {" f=\"\"", [](MLDocOut& out) { out.writeFlagsAttr("f", 7, rights + 3); }},
+      {" e=\"w\"", [](Out out) { out.writeEnumAttr("e", 2, rights); }},
+      {"", [](Out out) { out.writeEnumAttr("e", 3, rights); }},
+      {" e=\"w<\"", [](Out out) { out.writeEnumAttr("e", 2, overlapping); }},
+      {" e=\"top\"", [](Out out) { out.writeEnumAttr("e", 1U << 31, overlapping); }},
+      {" f=\"r w x\"", [](Out out) { out.writeFlagsAttr("f", 7, rights); }},
+      {" f=\"r x\"", [](Out out) { out.writeFlagsAttr("f", 5, rights); }},
+      {" f=\"\"", [](Out out) { out.writeFlagsAttr("f", 0, rights); }},
+      {" f=\"\"", [](Out out) { out.writeFlagsAttr("f", 8, rights); }},
+      {" f=\"rw top\"", [](Out out) { out.writeFlagsAttr("f", 0x80000002U, overlapping); }},
+      {" f=\"\"", [](Out out) { out.writeFlagsAttr("f", 7, rights + 3); }},
       // Raw output.
-      {"abc\n", [](MLDocOut& out) { out.writeLn("abc"); }},
-      {"\n", [](MLDocOut& out) { out.writeLn(nullptr); }},
-      {"", [](MLDocOut& out) { out.write(nullptr); }},
-      {"ab", [](MLDocOut& out) { out.write("abc", 2); }},
-      {"7 x", [](MLDocOut& out) { out.writef("%d %s", 7, "x"); }},
-      {"a&lt;b", [](MLDocOut& out) { out.writeEscaped("a<b"); }},
-      {"", [](MLDocOut& out) { out.writeEscaped(nullptr); }},
+      {"abc\n", [](Out out) { out.writeLn("abc"); }},
+      {"\n", [](Out out) { out.writeLn(nullptr); }},
+      {"", [](Out out) { out.write(nullptr); }},
+      {"ab", [](Out out) { out.write("abc", 2); }},
+      {"7 x", [](Out out) { out.writef("%d %s", 7, "x"); }},
+      {"a&lt;b", [](Out out) { out.writeEscaped("a<b"); }},
+      {"", [](Out out) { out.writeEscaped(nullptr); }},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(row.expected, written(row.script));
@@ -131,7 +131,7 @@ TEST(Writer, IndentsByTheLevel) {
     for (int i = 0; i < 5; ++i, indent += unit) expected += indent + "<a>\n";
     expected += indent + "x";
     for (int i = 5; i > 0; --i) expected += indent.erase(0, unit.size()) + "</a>\n";
-    EXPECT_EQ(expected, written([&](MLDocOut& out) {
+    EXPECT_EQ(expected, written([&](Out out) {
                 out.indentSize = size;
                 for (int i = 0; i < 5; ++i) {
                   out.beginItem("a");
@@ -142,7 +142,7 @@ TEST(Writer, IndentsByTheLevel) {
                 for (int i = 0; i < 5; ++i) out.endItem("a");
               }));
   }
-  EXPECT_EQ("</a>\n</a>\n<b", written([](MLDocOut& out) {
+  EXPECT_EQ("</a>\n</a>\n<b", written([](Out out) {
               out.endItem("a");
               out.endItem("a");
               out.beginItem("b");
@@ -157,20 +157,19 @@ TEST(Writer, CutsAsAFormattedTextIsCut) {
   };
   for (std::size_t length = 4080; length <= 4100; ++length) {
     const std::string n(length, 'n');
-    check(" " + cut(n + "=\"12345\""),
-          [&](MLDocOut& out) { out.writeIntAttr(n.c_str(), 12345, true); });
+    check(" " + cut(n + "=\"12345\""), [&](Out out) { out.writeIntAttr(n.c_str(), 12345, true); });
     check(" " + cut(n + "=\"1.500000\""),
-          [&](MLDocOut& out) { out.writeDoubleAttr(n.c_str(), 1.5, true); });
+          [&](Out out) { out.writeDoubleAttr(n.c_str(), 1.5, true); });
     check(" " + cut(n + "=\"1970-01-01T00:00:00\""),
-          [&](MLDocOut& out) { out.writeDateAttr(n.c_str(), 0, false); });
-    check(" " + cut(n + "=\"r\""), [&](MLDocOut& out) { out.writeEnumAttr(n.c_str(), 1, rights); });
+          [&](Out out) { out.writeDateAttr(n.c_str(), 0, false); });
+    check(" " + cut(n + "=\"r\""), [&](Out out) { out.writeEnumAttr(n.c_str(), 1, rights); });
     check(" " + cut(n + "=\"") + "r w\"",
-          [&](MLDocOut& out) { out.writeFlagsAttr(n.c_str(), 3, rights); });
+          [&](Out out) { out.writeFlagsAttr(n.c_str(), 3, rights); });
     check(" " + cut(n + "=\"") + "text\"",
-          [&](MLDocOut& out) { out.writeStrAttr(n.c_str(), "text", true); });
-    check(cut("</" + n + ">") + "\n", [&](MLDocOut& out) { out.endItem(n.c_str()); });
-    check("<" + n + "", [&](MLDocOut& out) { out.beginItem(n.c_str()); });
-    check(cut(n), [&](MLDocOut& out) { out.writef("%s", n.c_str()); });
+          [&](Out out) { out.writeStrAttr(n.c_str(), "text", true); });
+    check(cut("</" + n + ">") + "\n", [&](Out out) { out.endItem(n.c_str()); });
+    check("<" + n + "", [&](Out out) { out.beginItem(n.c_str()); });
+    check(cut(n), [&](Out out) { out.writef("%s", n.c_str()); });
   }
 }
 
@@ -182,7 +181,7 @@ TEST(Writer, DoublesAsTheCLibraryPrintsThem) {
     std::memcpy(&value, &bits, sizeof value);
     if (i % 2 == 0) value = static_cast<double>(static_cast<long long>(random())) / 2097152.0;
     const std::string expected = plainFormat(" d=\"%f\"", value);
-    ASSERT_EQ(expected, written([&](MLDocOut& out) { out.writeDoubleAttr("d", value, false); }));
+    ASSERT_EQ(expected, written([&](Out out) { out.writeDoubleAttr("d", value, false); }));
   }
 }
 
@@ -202,7 +201,7 @@ std::string plainDate(long time) {
 
 TEST(Writer, DatesAsTheCLibraryHasThem) {
   const auto check = [](long time) {
-    ASSERT_EQ(plainDate(time), written([&](MLDocOut& out) { out.writeDateAttr("t", time, false); }))
+    ASSERT_EQ(plainDate(time), written([&](Out out) { out.writeDateAttr("t", time, false); }))
         << time;
   };
   std::mt19937_64 random(6);
@@ -291,7 +290,7 @@ TEST(Writer, FileAndBagGetTheSame) {
 
 TEST(Writer, AFailedAllocationLosesNothing) {
   const std::string value(3000, '<');
-  const auto script = [&](MLDocOut& out) {
+  const auto script = [&](Out out) {
     out.indentSize = 600;
     out.beginItem("a");
     out.beginChildren();
@@ -328,7 +327,7 @@ TEST(Writer, TheWorkIsLinearInTheLength) {
   // Bytes allocated, which is what growing storage has copied, for a byte of the document.
   const auto cost = [](int items) {
     const cc::test::AllocCount count;
-    const std::size_t size = written([items](MLDocOut& out) {
+    const std::size_t size = written([items](Out out) {
                                for (int i = 0; i < items; ++i) writeExample(out);
                              }).size();
     return static_cast<double>(count.bytes()) / static_cast<double>(size);
