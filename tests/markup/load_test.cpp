@@ -48,10 +48,7 @@ TEST(Load, FromAFile) {
       {"\xEF\xBB\xBF", 3}, {"\xEF\xBB", 0}, {"\xEF\xBB<", 0},
   };
   for (const auto& row : rows) {
-    const std::string path = putFile(folder /
-                                         "d\xC3\xB6"
-                                         "c.xml",
-                                     row.content);
+    const std::string path = putFile(folder / "d\xC3\xB6\x63.xml", row.content);
     OpenDoc doc("<old/>");
     doc.MLDoc::load(path.c_str());
     EXPECT_EQ(row.content, doc.content());

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <clocale>
 #include <cmath>
 #include <cstring>
 #include <ctime>
@@ -222,6 +223,13 @@ TEST(Writer, DatesAsTheCLibraryHasThem) {
       check(static_cast<long>(time + i));
     }
   }
+}
+
+// The tests run with a decimal comma in the locale of the environment as well.
+TEST(Writer, APointWhateverTheLocale) {
+  std::setlocale(LC_NUMERIC, "");
+  EXPECT_EQ(" d=\"2.500000\"", written([](Out out) { out.writeDoubleAttr("d", 2.5, false); }));
+  EXPECT_STREQ("C", std::setlocale(LC_NUMERIC, nullptr));
 }
 
 TEST(EscapeString, EscapesIntoAnyString) {
