@@ -136,7 +136,7 @@ TEST(Numbers, RangesOfRandomDigits) {
   for (int round = 0; round < 20000; ++round) {
     std::string text = (random() % 2 ? "-" : "") + std::to_string(random() >> random() % 64);
     compareRanges(text);
-    text[random() % text.size()] = static_cast<char>(random());
+    text[static_cast<std::size_t>(random()) % text.size()] = static_cast<char>(random());
     compareRanges(text);
   }
 }
