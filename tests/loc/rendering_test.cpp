@@ -51,7 +51,6 @@ TEST(Rendering, ExpandsPlaceholders) {
     TTT message;
     const char* text;
   } rows[] = {
-      {{}, TTT(), ""},
       {{}, TTT("ab") <= "cd", "abcd"},
       {{"plain"}, entry, "plain"},
       {{"x", "y", "plain"}, words({2}), "plain"},
@@ -59,46 +58,24 @@ TEST(Rendering, ExpandsPlaceholders) {
       // numbers
       {{"%d%%%u"}, TTT(entry) << -5 << -5, "-5%4294967291"},
       {{"%d %d"}, TTT(entry) << INT32_MIN << INT32_MAX, "-2147483648 2147483647"},
-      {{"%u %u"}, TTT(entry) << 0 << INT32_MAX, "0 2147483647"},
       // texts are not aligned, words are
       {{"%s%d"}, TTT(entry) << "abc" << 7, "abc7"},
-      {{"%s%d"}, TTT(entry) << "abcd" << 7, "abcd7"},
-      {{"[%s][%s]"},
-       TTT(entry) << ""
-                  << "%s %d",
-       "[][%s %d]"},
+      {{"%s%d[%s]"}, TTT(entry) << "abcd" << 7 << "%d", "abcd7[%d]"},
       // other messages stay as they are
       {{"%i and %d", "100%% %d"}, TTT(entry) << 1 << 2, "100%% %d and 2"},
-      // only a percent sign
-      {{"100%%"}, entry, "100%"},
       {{"%%%%d"}, entry, "%%d"},
       // rendering stops
       {{"before %", "next"}, TTT(entry) <= words({1}), "before "},
       {{"before %x after"}, TTT(entry) <= "next", "before "},
-      {{"before % after"}, TTT(entry) <= "next", "before "},
-      {{"before %D"}, entry, "before "},
-      {{"%"}, entry, ""},
       {{}, TTT("ab") <= words({100000}), "ab"},
       {{}, TTT("ab") <= words({-3}), "ab"},
       {{"text"}, (TTT("ab") <= TTT(static_cast<LocDictionaryId>(5), 0)) <= "cd", "ab"},
       {{"text"}, TTT("ab") <= words({-2, -1, 0}), "ab"},
       // numbers that the dictionary does not hold
       {{"text"}, TTT("ab") <= words({1}), notLoaded},
-      {{"text"}, TTT("ab") <= words({99999}), notLoaded},
       {{"text"}, TTT("ab") <= TTT(LocDictionary0, -1), notLoaded},
-      {{"text"}, TTT("ab") <= TTT(LocDictionary0, INT32_MIN), notLoaded},
       {{"%i"}, TTT("ab") <= (TTT(entry) << 1), notLoaded},
-      {{"%i"}, TTT("ab") <= (TTT(entry) << -1), notLoaded},
       {{}, TTT("ab") <= words({0}), notLoaded},
-      // the bytes end too early
-      {{"a%d"}, entry, "a!"},
-      {{"a%d%d"}, TTT(entry) << 1, "a1!"},
-      {{"a%s"}, entry, "a!"},
-      {{"a%i"}, entry, "a!"},
-      {{"text"}, words({-2}), "!"},
-      {{"text"}, words({-2, 3}), "!"},
-      {{"text"}, words({-1, 0x41414141}), "!"},
-      {{"text"}, TTT("ab") <= Bag("xyz", 3), "ab!"},
   };
   for (const auto& row : rows) {
     IDLocLoader empty;
@@ -152,8 +129,6 @@ TEST(Rendering, ReadsAMessageThatNobodyMayChange) {
   EXPECT_EQ(2, moved.getPosition());
 }
 
-// ---------------------------------------------------------------------- loading on the spot
-
 std::string commonCoreFile() {
   std::vector<std::string> texts(39, "text");
   texts[25] = "\nFile: %s";
@@ -185,11 +160,6 @@ TEST_F(OnTheSpot, LoadsEnglish) {
   EXPECT_NE(nullptr, TTT::dictionaries[3]);
   etc.put("common_core.eng.lng", "damaged");
   EXPECT_EQ("error\nFile: ab", render()) << "it is loaded once";
-}
-
-TEST_F(OnTheSpot, SaysWhyThatFails) {
-  EXPECT_EQ(missing(), render());
-  ASSERT_NE(nullptr, TTT::dictionaries[3]) << "registered all the same";
 }
 
 TEST_F(OnTheSpot, NeedsTheLibrarysOwnTable) {
@@ -228,8 +198,6 @@ TEST_F(OnTheSpot, CanBeTriedAgainAfterMemoryRanOut) {
   });
 }
 
-// ---------------------------------------------------------------------- process exit
-
 bool renderAtExit = false;
 
 void printRendering(const char* when) {
@@ -266,8 +234,7 @@ TEST_F(OnTheSpot, WorksDuringProcessExit) {
       "without slot: Some .loc dictionary is not loaded. ");
 }
 
-// ---------------------------------------------------------------------- hostile input
-
+// What the plain walk makes of the bytes, as `rendered` gives it.
 std::string modelled(std::string_view bytes, const std::vector<std::string>& texts) {
   loc_test::RenderModel model(bytes, texts);
   const std::optional<std::string> text = model.render();
