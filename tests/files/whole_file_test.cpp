@@ -29,29 +29,22 @@ std::string dataOf(const Bag& bag) {
 
 TEST(Load, FillsEveryTarget) {
   const TempFolder folder;
-  const std::string contents[] = {"", "abcde", "a\0b\r\n"s, std::string(5000, 'x'),
-                                  std::string(200000, 'y')};
+  const std::string contents[] = {"", "a\0b\r\n"s, std::string(200000, 'y')};
   for (const std::string& content : contents) {
     const std::string path = putFile(folder / "a", content);
     const auto size = static_cast<unsigned int>(content.size());
     for (const bool terminated : {false, true}) {
       SCOPED_TRACE(testing::Message() << size << " bytes, terminated " << terminated);
-      const std::size_t length = size + (terminated ? 1U : 0U);
       const std::string stored = terminated ? content + '\0' : content;
       ArrayHolder<char> holder(new char[3]);
-      EXPECT_EQ(size, UTF8File::load(path.c_str(), holder, size, terminated));
-      EXPECT_EQ(length != 0, holder.get() != nullptr);
-      if (length) {
-        EXPECT_EQ(stored, std::string(holder.get(), length));
-      }
-
       ChArr text("old");
+      EXPECT_EQ(size, UTF8File::load(path.c_str(), holder, size, terminated));
       EXPECT_EQ(size, UTF8File::load(path.c_str(), text, UINT_MAX, terminated));
-      EXPECT_EQ(length != 0, text.get() != nullptr);
-      if (length) {
-        EXPECT_EQ(stored, std::string(text.get(), length));
+      for (const char* const loaded :
+           std::initializer_list<const char*>{holder.get(), text.get()}) {
+        EXPECT_EQ(stored, loaded ? std::string(loaded, stored.size()) : "");
+        EXPECT_EQ(stored.empty(), !loaded);
       }
-
       Bag bag("old", 3);
       bag.setPosition(2);
       EXPECT_EQ(size, UTF8File::load(path.c_str(), bag, size, terminated));
@@ -88,7 +81,6 @@ TEST(Load, FailuresAndWhatTheyLeave) {
   const std::string missing = folder / "missing";
   const std::string huge = putFile(folder / "huge", "");
   ASSERT_EQ(0, ::truncate(huge.c_str(), INT_MAX));
-  const int descriptors = cc::test::openDescriptors();
   struct Row {
     std::string path;
     unsigned int most;
@@ -96,31 +88,25 @@ TEST(Load, FailuresAndWhatTheyLeave) {
   };
   const Row rows[] = {
       {missing, 10, failure(4, missing, ENOENT)},
-      {"", 10, failure(4, "", ENOENT)},
       {folder / "", 10, failure(4, folder / "", EISDIR)},
       {five, 4, failure(29, five, -1)},
-      {five, 0, failure(29, five, -1)},
       {huge, INT_MAX - 1, failure(29, huge, -1)},
   };
   for (const Row& row : rows) {
-    SCOPED_TRACE(row.path);
+    const char* const path = row.path.c_str();
     ArrayHolder<char> holder(new char[3]);
-    EXPECT_EQ(row.message,
-              thrownBy([&] { UTF8File::load(row.path.c_str(), holder, row.most, true); }));
+    EXPECT_EQ(row.message, thrownBy([&] { UTF8File::load(path, holder, row.most, true); }));
     EXPECT_EQ(nullptr, holder.get());
     std::string string = "old";
-    EXPECT_EQ(row.message, thrownBy([&] { UTF8File::load(row.path.c_str(), string, row.most); }));
+    EXPECT_EQ(row.message, thrownBy([&] { UTF8File::load(path, string, row.most); }));
     EXPECT_EQ("", string);
     ChArr text("old");
-    EXPECT_EQ(row.message,
-              thrownBy([&] { UTF8File::load(row.path.c_str(), text, row.most, true); }));
+    EXPECT_EQ(row.message, thrownBy([&] { UTF8File::load(path, text, row.most, true); }));
     EXPECT_STREQ("old", text.get());
     Bag bag("old", 3);
-    EXPECT_EQ(row.message,
-              thrownBy([&] { UTF8File::load(row.path.c_str(), bag, row.most, false); }));
+    EXPECT_EQ(row.message, thrownBy([&] { UTF8File::load(path, bag, row.most, false); }));
     EXPECT_EQ("old", dataOf(bag));
   }
-  EXPECT_EQ(descriptors, cc::test::openDescriptors());
 }
 
 TEST(Load, FileAboveTheLargestIntDoesNotFitABag) {
@@ -187,9 +173,6 @@ TEST(Save, WritesInPlace) {
   EXPECT_EQ("xy\0z"s, fileBytes(path));
   UTF8File::save(path.c_str(), nullptr, 0);
   EXPECT_EQ("", fileBytes(path));
-  UTF8File::save((folder / "new").c_str(), Bag());
-  EXPECT_EQ("", fileBytes(folder / "new"));
-  EXPECT_EQ(2, folder.count());
 }
 
 TEST(Records, BytesOnTheStream) {
@@ -221,32 +204,21 @@ TEST(Records, BytesOnTheStream) {
   EXPECT_EQ("abc", dataOf(bag));
 }
 
-TEST(Records, EveryPrefixOfARecordLeavesTheBag) {
+TEST(Records, CutOnesLeaveTheBag) {
   const TempFolder folder;
   const std::string path = folder / "a";
-  struct Row {
-    std::string bytes;
-    int message;
+  const std::pair<std::string, int> rows[] = {
+      {"", 32}, {"\3\0\0"s, 32}, {"\3\0\0\0ab"s, 32}, {"\0\0\0\x80"s, 23},  // above the largest int
   };
-  const Row rows[] = {
-      {"", 32},
-      {"\3", 32},
-      {"\3\0\0"s, 32},
-      {"\3\0\0\0"s, 32},
-      {"\3\0\0\0ab"s, 32},
-      {"\0\0\0\x80"s, 23},       // above the largest int
-      {"\xFF\xFF\xFF\xFF", 23},  // the same
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(testing::PrintToString(row.bytes));
-    putFile(path, row.bytes);
+  for (const auto& [bytes, message] : rows) {
+    putFile(path, bytes);
     for (const bool throwing : {false, true}) {
       UTF8File file(throwing);
       file.open(path.c_str(), UTF8File::ModeRead);
       Bag bag("old", 3);
       bool result = false;
-      EXPECT_EQ(throwing ? failure(row.message, path, -1) : "(nothing)",
-                thrownBy([&] { result = file.pop(bag); }));
+      const std::string thrown = thrownBy([&] { result = file.pop(bag); });
+      EXPECT_EQ(throwing ? failure(message, path, -1) : "(nothing)", thrown);
       EXPECT_FALSE(result);
       EXPECT_EQ("old", dataOf(bag));
     }

@@ -27,9 +27,6 @@ TEST(LibPaths, TheEnvironmentIsReadAtEachCall) {
     const std::string longest(4094, 'x');
     const std::pair<std::string, std::string> rows[] = {
         {"/some/where/", "/some/where/"},
-        {"/some/where", "/some/where/"},
-        {"/", "/"},
-        {"relative", "relative/"},
         {"a", "a/"},
         {"", standard},
         {"/\xD1\x84//", "/\xD1\x84//"},

@@ -10,7 +10,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <climits>
 #include <cstring>
 #include <string>
 
@@ -22,50 +21,33 @@ using namespace cc;
 using test::putFile;
 using test::TempFolder;
 
-/// Interrupts system calls every few milliseconds while it exists.
-class Interruptions {
- public:
-  Interruptions() {
-    struct sigaction action {};
-    action.sa_handler = [](int) { count = count + 1; };
-    ::sigaction(SIGALRM, &action, &before);  // without SA_RESTART
-    setInterval(3000);
-  }
-  Interruptions(const Interruptions&) = delete;
-  Interruptions& operator=(const Interruptions&) = delete;
-  ~Interruptions() {
-    setInterval(0);
-    ::sigaction(SIGALRM, &before, nullptr);
-  }
-  static inline volatile sig_atomic_t count = 0;
+volatile sig_atomic_t interruptions = 0;
 
- private:
-  static void setInterval(long microseconds) {
-    const itimerval timer = {{0, microseconds}, {0, microseconds}};
-    ::setitimer(ITIMER_REAL, &timer, nullptr);
-  }
-  struct sigaction before {};
-};
+/// Interrupts system calls every so many microseconds; never, when 0.
+void interruptEvery(long microseconds) {
+  struct sigaction action {};
+  action.sa_handler = [](int) { interruptions = interruptions + 1; };
+  ::sigaction(SIGALRM, &action, nullptr);  // without SA_RESTART
+  const itimerval timer = {{0, microseconds}, {0, microseconds}};
+  ::setitimer(ITIMER_REAL, &timer, nullptr);
+}
 
-TEST(Platform, InterruptedCallsAreMadeAgain) {
+TEST(Platform, InterruptedReadsOfStreamsAreMadeAgain) {
   const TempFolder folder;
   const std::string path = folder / "pipe";
   ASSERT_EQ(0, ::mkfifo(path.c_str(), 0600));
   const std::string text = "abc\ndef\nghijkl";
   const pid_t writer = ::fork();
   if (writer == 0) {
-    for (int part = 0; part < 2; ++part) {
-      ::usleep(50000);
-      const int fd = ::open(path.c_str(), O_WRONLY);
-      for (const char c : text) {
-        ::usleep(10000);
-        if (::write(fd, &c, 1) != 1) ::_exit(1);
-      }
-      ::close(fd);
+    ::usleep(50000);
+    const int fd = ::open(path.c_str(), O_WRONLY);
+    for (const char c : text) {
+      ::usleep(10000);
+      if (::write(fd, &c, 1) != 1) ::_exit(1);
     }
     ::_exit(0);
   }
-  const Interruptions interruptions;
+  interruptEvery(3000);
   FILE* stream = platform::openStream(path.c_str(), "rb");
   ASSERT_NE(nullptr, stream);
   char buffer[100] = {};
@@ -80,25 +62,15 @@ TEST(Platform, InterruptedCallsAreMadeAgain) {
   EXPECT_TRUE(platform::streamEnded(stream));
   EXPECT_EQ(0U, platform::readStreamLine(stream, buffer, sizeof(buffer)));
   EXPECT_EQ(0, platform::closeStream(stream));
-
-  const int fd = platform::openFile(path.c_str(), O_RDONLY, 0);
-  ASSERT_GE(fd, 0);
-  std::string read;
-  for (long n = 0; (n = platform::readFile(fd, buffer, sizeof(buffer))) > 0;) {
-    read.append(buffer, static_cast<std::size_t>(n));
-  }
-  EXPECT_EQ(text, read);
-  EXPECT_EQ(0, platform::closeFile(fd));
-  EXPECT_GT(Interruptions::count, 20);
-  int status = -1;
-  while (::waitpid(writer, &status, 0) < 0 && errno == EINTR) {
-  }
-  EXPECT_EQ(0, status);
+  interruptEvery(0);
+  EXPECT_GT(interruptions, 10);
+  EXPECT_EQ(writer, ::waitpid(writer, nullptr, 0));
 }
 
 TEST(Platform, DirectoryEntriesAreThoseOfTheSystem) {
   const TempFolder folder;
-  for (int i = 1; i < 100; ++i) putFile(folder / std::string(static_cast<std::size_t>(i), 'n'), "");
+  const std::string longest(255, 'n');
+  for (std::size_t i = 1; i <= longest.size(); ++i) putFile(folder / longest.substr(0, i), "");
   DIR* directory = platform::openDirectory((folder / "").c_str());
   ASSERT_NE(nullptr, directory);
   int entries = 0;
@@ -113,7 +85,7 @@ TEST(Platform, DirectoryEntriesAreThoseOfTheSystem) {
     }
     EXPECT_GT(entry->d_reclen, offsetof(dirent, d_name) + std::string(entry->d_name).size());
   }
-  EXPECT_EQ(99 + 2, entries);
+  EXPECT_EQ(255 + 2, entries);
   EXPECT_EQ(0, platform::closeDirectory(directory));
 }
 
@@ -142,18 +114,13 @@ TEST(Platform, StatusTellsWhatStandsThere) {
 
 TEST(Platform, ErrorTextsAreUntranslatedAndComplete) {
   EXPECT_STREQ("No such file or directory", platform::errorText(ENOENT));
-  EXPECT_STREQ("No space left on device", platform::errorText(ENOSPC));
-  for (const int error : {-1, 41, 58, 134, 9999, INT_MAX, INT_MIN}) {
-    EXPECT_EQ(nullptr, platform::errorText(error)) << error;
-  }
+  for (const int error : {-1, 41, 9999}) EXPECT_EQ(nullptr, platform::errorText(error)) << error;
 }
 
 TEST(Platform, RandomBytesDiffer) {
-  unsigned char first[16] = {};
-  unsigned char second[16] = {};
-  EXPECT_EQ(0, platform::randomBytes(first, sizeof(first)));
-  EXPECT_EQ(0, platform::randomBytes(second, sizeof(second)));
-  EXPECT_NE(0, std::memcmp(first, second, sizeof(first)));
+  unsigned char bytes[2][16] = {};
+  for (unsigned char* random : bytes) EXPECT_EQ(0, platform::randomBytes(random, 16));
+  EXPECT_NE(0, std::memcmp(bytes[0], bytes[1], 16));
 }
 
 }  // namespace
