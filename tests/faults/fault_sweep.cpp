@@ -141,8 +141,6 @@ const testing::Environment* const summary = testing::AddGlobalTestEnvironment(ne
 
 }  // namespace
 
-// ---------------------------------------------------------------------- the point calls pass
-
 Passage::Passage(calls::Call call, const void* site) {
   if (state.killing && !state.killAfter) dieWhenDue();
   if (!state.armed) return;
@@ -159,8 +157,6 @@ Passage::Passage(calls::Call call, const void* site) {
 Passage::~Passage() {
   if (state.killing && state.killAfter) dieWhenDue();
 }
-
-// ---------------------------------------------------------------------- sweeps
 
 FaultSweep::Armed::Armed() { state.armed = true; }
 FaultSweep::Armed::~Armed() { state.armed = false; }

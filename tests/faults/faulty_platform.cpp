@@ -56,8 +56,6 @@ FILE* endedStream = nullptr;
 
 }  // namespace
 
-// ---------------------------------------------------------------------- streams
-
 CC_EITHER(FILE*, nullptr, openStream, (const char* path, const char* mode), (path, mode))
 CC_ALWAYS(int, EOF, closeStream, (FILE * stream), (stream))
 
@@ -93,8 +91,6 @@ CC_ONLY(bool, streamFailed, (FILE * stream), (stream))
 CC_ONLY(void, clearStream, (FILE * stream), (stream))
 CC_ONLY(int, streamDescriptor, (FILE * stream), (stream))
 
-// ---------------------------------------------------------------------- paths
-
 CC_EITHER(int, -1, statPath, (const char* path, struct stat& info), (path, info))
 CC_EITHER(int, -1, pathStatus, (const char* path, FileStatus& status), (path, status))
 CC_EITHER(int, -1, makeDirectory, (const char* path, unsigned int permissions), (path, permissions))
@@ -103,8 +99,6 @@ CC_EITHER(int, -1, removePath, (const char* path), (path))
 CC_EITHER(int, -1, unlinkPath, (const char* path), (path))
 CC_EITHER(int, -1, renamePath, (const char* from, const char* to), (from, to))
 CC_EITHER(long, -1, readLink, (const char* path, char* buffer, std::size_t n), (path, buffer, n))
-
-// ---------------------------------------------------------------------- descriptors
 
 CC_EITHER(int, -1, openFile, (const char* path, int flags, unsigned int permissions),
           (path, flags, permissions))
@@ -134,13 +128,9 @@ CC_EITHER(int, -1, changeOwner, (int fd, unsigned int owner, unsigned int group)
 CC_EITHER(int, -1, tryLockFile, (int fd), (fd))
 CC_EITHER(int, -1, unlockFile, (int fd), (fd))
 
-// ---------------------------------------------------------------------- directories
-
 CC_EITHER(DIR*, nullptr, openDirectory, (const char* path), (path))
 CC_EITHER(dirent*, nullptr, readDirectory, (DIR * directory), (directory))
 CC_ALWAYS(int, -1, closeDirectory, (DIR * directory), (directory))
-
-// ---------------------------------------------------------------------- processes and the rest
 
 CC_ONLY(int, processId, (), ())
 CC_EITHER(int, -1, signalProcess, (int pid, int signal), (pid, signal))

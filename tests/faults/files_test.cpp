@@ -5,8 +5,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <set>
-
 #include "ffproc.h"
 #include "fileproc.h"
 #include "tests/faults/fault_sweep.h"
@@ -34,6 +32,7 @@ TEST(Faults, OpenFile) {
   const std::string path = folder / "a";
   char buffer[8];
   Bag bag("old", 3);
+  bool lost = false;
   const Rules opens = {{"openStream", 4}, {"fileStatus", 4}, {"closeStream", GoesOn}};
   const Rules reads = {{"readStream", 32, Ended}, {"readStream", 26}, {"seekStream", 27}};
   const Rules writes = {{"writeStream", 12, Ended}, {"writeStream", 35}};
@@ -45,6 +44,9 @@ TEST(Faults, OpenFile) {
   const auto opener = [&](UTF8File::Mode mode) {
     return [&path, mode](UTF8File& file) { return file.open(path.c_str(), mode); };
   };
+  const auto readsTwo = [&](UTF8File& file) {
+    return file.readLine(buffer, 3, nullptr) && file.readLine(buffer, 3, nullptr);
+  };
   const Check nothing = [](UTF8File&, bool) {};
   const Check isOpen = [&](UTF8File& file, bool done) {
     EXPECT_EQ(done, file.getStream() != nullptr);
@@ -55,6 +57,8 @@ TEST(Faults, OpenFile) {
     EXPECT_TRUE(file.close());
   };
   const Check isAt = [](UTF8File& file, bool done) { EXPECT_EQ(done ? 2 : 1, file.pos()); };
+  // Only where the way back fails too does the position go.
+  const Check stays = [&](UTF8File& file, bool) { EXPECT_EQ(lost ? 11 : 1, file.pos()); };
   const Check hasOld = [&](UTF8File&, bool) { EXPECT_EQ("old", dataOf(bag)); };
   const Check hasRecord = [&](UTF8File&, bool done) {
     EXPECT_EQ(done ? "ab" : "old", dataOf(bag));
@@ -70,12 +74,8 @@ TEST(Faults, OpenFile) {
       {"flush", Writing, [](UTF8File& f) { return f.flush(); }, flushes, nothing},
       {"seek", Reading, [](UTF8File& f) { return f.seek(2, 0); }, moves, isAt},
       {"pos", Reading, [](UTF8File& f) { return f.pos() == 1; }, tells, nothing},
-      {"size", Reading, [](UTF8File& f) { return f.size() == 11; }, moves, nothing},
-      {"lines that fill the buffer", Reading,
-       [&](UTF8File& f) {
-         return f.readLine(buffer, 3, nullptr) && f.readLine(buffer, 3, nullptr);
-       },
-       lines, hasLine},
+      {"size", Reading, [](UTF8File& f) { return f.size() == 11; }, moves, stays},
+      {"lines that fill the buffer", Reading, readsTwo, lines, hasLine},
       {"close", Writing, [](UTF8File& f) { return f.close(); }, closes, isClosed},
   };
   for (const Row& row : rows) {
@@ -95,31 +95,21 @@ TEST(Faults, OpenFile) {
         const std::string expected = sweep.expected(row.rules, path);
         EXPECT_EQ(throwing && expected != "(silent)" ? expected : "(nothing)", thrown);
         EXPECT_EQ(expected == "(nothing)", done);
+        lost = sweep.failed("seekStream", AnyWay, 1);
         row.check(file, done);
       });
     }
   }
 }
 
-TEST(Faults, Size) {
-  // Only where the way back fails too does the position go.
-  const TempFolder folder;
-  const std::string path = putFile(folder / "a", "abcdef");
-  sweepFaults([&](FaultSweep& sweep) {
-    UTF8File file(false);
-    file.open(path.c_str(), UTF8File::ModeRead);
-    file.seek(2, 0);
-    const long long size = sweep.during([&] { return file.size(); });
-    EXPECT_EQ(sweep.failures().empty() ? 6 : -1, size);
-    EXPECT_EQ(sweep.failed("seekStream", AnyWay, 1) ? 6 : 2, file.pos());
-  });
-}
-
 TEST(Faults, Paths) {
   const TempFolder folder;
   const std::string a = folder / "a";
   const std::string b = folder / "b";
-  const std::string directory = folder / "directory";
+  const std::string dir = folder / "directory";
+  const Rules makes = {{"makeDirectory", GoesOn, EEXIST}, {"makeDirectory", 8}};
+  const Rules rmdirs = {{"removeDirectory", GoesOn, ENOENT}, {"removeDirectory", 10}};
+  const Rules removes = {{"removePath", GoesOn, ENOENT}, {"removePath", 9}};
   struct Row {
     const char* name;
     std::string path;
@@ -127,21 +117,12 @@ TEST(Faults, Paths) {
     Rules rules;
   };
   const Row rows[] = {
-      {"mkdir",
-       b,
-       [&](UTF8File& file) { return file.mkdir(b.c_str()); },
-       {{"makeDirectory", GoesOn, EEXIST}, {"makeDirectory", 8}}},
-      {"rmdir",
-       directory,
-       [&](UTF8File& file) { return file.rmdir(directory.c_str()); },
-       {{"removeDirectory", GoesOn, ENOENT}, {"removeDirectory", 10}}},
-      {"remove",
-       a,
-       [&](UTF8File& file) { return file.remove(a.c_str()); },
-       {{"removePath", GoesOn, ENOENT}, {"removePath", 9}}},
+      {"mkdir", b, [&](UTF8File& f) { return f.mkdir(b.c_str()); }, makes},
+      {"rmdir", dir, [&](UTF8File& f) { return f.rmdir(dir.c_str()); }, rmdirs},
+      {"remove", a, [&](UTF8File& f) { return f.remove(a.c_str()); }, removes},
       {"rename",
        a,
-       [&](UTF8File& file) { return file.rename(a.c_str(), b.c_str()); },
+       [&](UTF8File& f) { return f.rename(a.c_str(), b.c_str()); },
        {{"renamePath", Silent}}},
       {"exist", a, [&](UTF8File&) { return UTF8File::exist(a.c_str()); }, {{"statPath", Silent}}},
   };
@@ -149,7 +130,7 @@ TEST(Faults, Paths) {
     SCOPED_TRACE(row.name);
     sweepFaults([&](FaultSweep& sweep) {
       std::filesystem::remove_all(b);
-      std::filesystem::create_directory(directory);
+      std::filesystem::create_directory(dir);
       putFile(a, "1");
       UTF8File file(true);
       bool done = false;
@@ -192,12 +173,8 @@ TEST(Faults, LoadWholeFile) {
         EXPECT_EQ(sweep.expected(rules, place), thrown);
         const bool done = thrown == "(nothing)";
         EXPECT_EQ(done ? wanted.size() : 0, size);
-        if (target == 0 && done) {
-          EXPECT_EQ(wanted, array.get());
-        }
-        if (target == 1) {
-          EXPECT_TRUE(done ? string == wanted : string.empty() || string.size() == wanted.size());
-        }
+        EXPECT_EQ(wanted, target == 0 && done ? array.get() : wanted);
+        EXPECT_TRUE(string == wanted || (target == 1 ? !done : string == "old"));
         EXPECT_EQ(target == 2 && done ? wanted : "old", text.get());
         EXPECT_EQ(target == 3 && done ? wanted : "old", dataOf(bag));
       });
@@ -290,23 +267,20 @@ TEST(Faults, SaveAtomic) {
 
 TEST(Faults, FindFile) {
   const TempFolder folder;
-  const std::set<std::string> names = {"a", "b", "c"};
-  for (const std::string& name : names) putFile(folder / name, "");
+  for (const char* name : {"a", "b", "c"}) putFile(folder / name, "");
   const std::string path = folder / "";
   sweepFaults([&](FaultSweep& sweep) {
-    std::set<std::string> seen;
+    int seen = 0;
     sweep.during([&] {
       ZFindFile find(path.c_str());
       const bool opened = find.dir != nullptr;
-      while (find.next()) seen.insert(find.entry->d_name);
+      while (find.next()) ++seen;
       EXPECT_EQ(nullptr, find.dir);
       EXPECT_EQ(nullptr, find.entry);
       EXPECT_NE(opened, sweep.failed("openDirectory"));
     });
-    EXPECT_TRUE(std::includes(names.begin(), names.end(), seen.begin(), seen.end()));
-    if (!sweep.failed("openDirectory") && !sweep.failed("readDirectory")) {
-      EXPECT_EQ(names, seen);
-    }
+    const bool cut = sweep.failed("openDirectory") || sweep.failed("readDirectory");
+    EXPECT_TRUE(cut ? seen <= 3 : seen == 3) << seen;
   });
 }
 

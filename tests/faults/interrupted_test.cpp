@@ -60,7 +60,8 @@ extern "C" int __wrap_close(int fd) {
 
 namespace {
 
-using namespace cc;  // NOLINT(google-build-using-namespace)
+using namespace cc;            // NOLINT(google-build-using-namespace)
+using namespace cc::platform;  // NOLINT(google-build-using-namespace)
 
 TEST(Interrupted, CallsAreMadeAgain) {
   const test::TempFolder folder;
@@ -74,22 +75,18 @@ TEST(Interrupted, CallsAreMadeAgain) {
     int left = 0;  // of three interruptions
   };
   const Row rows[] = {
-      {"open",
-       [&] { return (fd = platform::openFile(path.c_str(), O_RDWR | O_CREAT, 0600)) >= 0; }},
-      {"write", [&] { return platform::writeFile(fd, "abc", 3) == 3; }},
-      {"fsync", [&] { return platform::syncFile(fd) == 0; }},
-      {"fchmod", [&] { return platform::changePermissions(fd, 0640) == 0; }},
-      {"fchown", [&] { return platform::changeOwner(fd, ~0U, ~0U) == 0; }},
-      {"flock", [&] { return platform::tryLockFile(fd) == 0; }},
-      {"ftruncate", [&] { return platform::truncateFile(fd, 2) == 0; }},
-      {"getrandom", [&] { return platform::randomBytes(buffer, sizeof buffer) == 0; }},
-      {"read",
-       [&] {
-         return platform::seekFile(fd, 0, SEEK_SET) == 0 && platform::readFile(fd, buffer, 8) == 2;
-       }},
-      {"close, which is not", [&] { return platform::closeFile(fd) == 0; }, 2},
-      {"fopen", [&] { return (stream = platform::openStream(path.c_str(), "rb")) != nullptr; }},
-      {"fread", [&] { return platform::readStream(stream, buffer, 2) == 2; }, 3},
+      {"open", [&] { return (fd = openFile(path.c_str(), O_RDWR | O_CREAT, 0600)) >= 0; }},
+      {"write", [&] { return writeFile(fd, "abc", 3) == 3; }},
+      {"fsync", [&] { return syncFile(fd) == 0; }},
+      {"fchmod", [&] { return changePermissions(fd, 0640) == 0; }},
+      {"fchown", [&] { return changeOwner(fd, ~0U, ~0U) == 0; }},
+      {"flock", [&] { return tryLockFile(fd) == 0; }},
+      {"ftruncate", [&] { return truncateFile(fd, 2) == 0; }},
+      {"getrandom", [&] { return randomBytes(buffer, sizeof buffer) == 0; }},
+      {"read", [&] { return seekFile(fd, 0, SEEK_SET) == 0 && readFile(fd, buffer, 8) == 2; }},
+      {"close, which is not", [&] { return closeFile(fd) == 0; }, 2},
+      {"fopen", [&] { return (stream = openStream(path.c_str(), "rb")) != nullptr; }},
+      {"fread", [&] { return readStream(stream, buffer, 2) == 2; }, 3},
   };
   const int descriptors = test::openDescriptors();
   for (const Row& row : rows) {
@@ -99,7 +96,7 @@ TEST(Interrupted, CallsAreMadeAgain) {
     EXPECT_TRUE(done) << row.name;
     EXPECT_EQ(row.left, left) << row.name;
   }
-  EXPECT_EQ(0, platform::closeStream(stream));
+  EXPECT_EQ(0, closeStream(stream));
   EXPECT_EQ("ab", test::fileBytes(path));
   EXPECT_EQ(descriptors, test::openDescriptors());
 }

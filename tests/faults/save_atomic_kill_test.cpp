@@ -21,10 +21,8 @@ using cc::test::TempFolder;
 const std::string oldText(3000, 'o');
 const std::string newText(5000, 'n');
 
-unsigned int permissionsOf(const std::string& path) {
-  struct stat info {};
-  EXPECT_EQ(0, ::stat(path.c_str(), &info)) << path;
-  return info.st_mode & 07777U;
+unsigned int permissionsOf(const std::filesystem::path& path) {
+  return static_cast<unsigned int>(std::filesystem::status(path).permissions());
 }
 
 /// Saves in a process that is killed there; true when it was.
