@@ -44,7 +44,8 @@ def main():
                 shutil.copy(SOURCE / part, target)
         build = copy / "build" / BUILD.name
         subprocess.run(["cmake", "-G", "Ninja", "-S", copy, "-B", build, *options(),
-                        "--no-warn-unused-cli", "-DCOMMON_CORE_TESTS=OFF"], check=True, stdout=subprocess.DEVNULL)
+                        "--no-warn-unused-cli", "-DCOMMON_CORE_TESTS=OFF"], check=True,
+                       stdout=subprocess.DEVNULL)
         subprocess.run(["cmake", "--build", build, "--target", "common_core", "dictionaries"],
                        check=True, stdout=subprocess.DEVNULL)
         compared = 0

@@ -4,7 +4,7 @@ import json
 import os
 import subprocess
 
-from support.harness import expect, get, main, put, sarif
+from support.harness import expect, full_disk, get, main, put, sarif
 
 CCML = os.environ["CCML"]
 ETC = os.environ["COMMON_CORE_ETC_DIR"]
@@ -31,7 +31,6 @@ def findings(content, *options):
 READER = [
     ('<a b="1"><c/>t &amp; u</a>', []),
     ("", []),
-    ("no markup", []),
     ("<a>\n<>\n< b>\n</a>", [(2, 3, "e", 3, 14), (3, 3, "e", 3, 14)]),
     ("<a><b<c></a>", [(1, 7, "e", 3, 22)]),
     ("<a><b", [(1, 6, "e", 3, 11)]),
@@ -40,8 +39,6 @@ READER = [
     ('<a b="&x; &amp; &#1;">&lt &</a>',
      [(1, 7, "e", 3, 34), (1, 17, "e", 3, 34), (1, 23, "e", 3, 34), (1, 27, "e", 3, 34)]),
     ("<a><b>\n<c/>\n</b>", [(1, 4, "e", 3, 7)]),
-    ('<a b="1\t2\n3" c="\n4\n"/>', [(1, 4, "w", 3, 16)]),
-    ('<?xml version=1?><a/>', [(1, 16, "e", 3, 18)]),
     ("<?php if (a<b) ?><a/>", []),
     ('<a b="1\t2\n3">\t&x;\n&y;</a>', [(1, 4, "w", 3, 16), (2, 5, "e", 3, 34), (3, 1, "e", 3, 34)]),
     ("\ufeff<a>\n\t\u00e9<b c></b></a>", [(2, 11, "e", 3, 1)]),
@@ -80,29 +77,27 @@ def check_output():
                '"</"; write the character "<" itself as "&lt;".\n')
     german = "bad.xml:2:3: error: In einem Tag fehlt der Elementname."
     for options, environment, start in [
-        (["--lang", "eng"], {}, english),
         ([], {}, english),
-        ([], {"LANG": "de_DE.UTF-8"}, german),
         ([], {"LC_ALL": "C", "LANG": "de_DE.UTF-8"}, english),
         ([], {"LANG": "xx_XX"}, english),
         (["--lang=deu"], {"LANG": "fr_FR"}, german),
         ([], {"LANG": "zh_CN.UTF-8"}, "bad.xml:2:3: error: 标签中没有元素名称。"),
     ]:
         result = run("check", *options, "bad.xml", environment=environment)
-        expect(f"{options} {environment}", start, result.stdout.decode()[: len(start)])
-        expect(f"code of {options}", 1, result.returncode)
-    for language, words in [("eng", "Documents: 2"), ("deu", "Dokumente: 2"),
-                            ("fra", "Documents\u00a0: 2"), ("spa", "Documentos: 2"),
-                            ("rus", "Документов: 2"), ("ita", "Documenti: 2"),
-                            ("por", "Documentos: 2"), ("pol", "Dokumenty: 2"),
-                            ("ukr", "Документів: 2"), ("zho", "文档：2")]:
+        expect(f"{options} {environment}", (1, start),
+               (result.returncode, result.stdout.decode()[: len(start)]))
+    for language, words in zip("eng deu fra spa rus ita por pol ukr zho".split(),
+                               ["Documents: ", "Dokumente: ", "Documents\u00a0: ", "Documentos: ",
+                                "Документов: ", "Documenti: ", "Documentos: ", "Dokumenty: ",
+                                "Документів: ", "文档："]):
         result = run("check", "--summary", "--lang", language, "-", "bad.xml", input=b"<a/>")
-        expect(f"summary in {language}", words, result.stdout.decode().splitlines()[-1][: len(words)])
+        last = result.stdout.decode().splitlines()[-1]
+        expect(f"summary in {language}", words + "2", last[: len(words) + 1])
     result = run("check", "missing.xml", "bad.xml")
-    expect("missing file", 2, result.returncode)
-    expect("message of a missing file",
-           "missing.xml: error: The file could not be opened. File: missing.xml; "
-           "System message: No such file or directory\n" + english, result.stdout.decode())
+    expect("missing file",
+           (2, "missing.xml: error: The file could not be opened. File: missing.xml; "
+            "System message: No such file or directory\n" + english),
+           (result.returncode, result.stdout.decode()))
     # A name and a document that try to write to the terminal.
     name = put("evil\x1b[2J\u009b.xml", "<a \x1b]0;x\x07=\"1\"/><b\u009b/>")
     result = run("check", "--strict", name)
@@ -124,38 +119,35 @@ def check_sarif():
     expect("results", [("ccml-5", "error", "t.xml", 2, 3),
                        ("common_core-16", "warning", "t.xml", 2, 7),
                        ("common_core-2", "error", "t.xml", 3, 7),
-                       ("common_core-34", "error", "t.xml", 3, 14), ("ccml-1", "error", "t.xml", 3, 21),
+                       ("common_core-34", "error", "t.xml", 3, 14),
+                       ("ccml-1", "error", "t.xml", 3, 21),
                        ("common_core-4", "error", "none.xml", None, None)],
            sarif(result.stdout, "ccml", {"ccml-1": 'The end tag "%s" has no start tag.',
                                          "common_core-4": "The file could not be opened."}))
     missing = json.loads(run(*strict, "[a]{0}").stdout)["runs"][0]["results"][0]["message"]["text"]
     expect("neither link nor argument", True, r"File: \[a\]{{0}};" in missing)
-    put("good.xml", "<a/>")
-    result = run(*strict, "good.xml")
+    result = run(*strict, put("good.xml", "<a/>"))
     expect("nothing", (0, []), (result.returncode, sarif(result.stdout, "ccml", {})))
     for name, uri in HOSTILE:
-        put(name, "<>")
-        expect(f"URI of {name}", [uri], [found[2] for found in sarif(run(*strict, name).stdout,
-                                                                     "ccml", {})])
-        shown = name.decode(errors="replace")
+        result = run(*strict, put(name, "<>"))
+        expect(f"URI of {name}", [uri], [found[2] for found in sarif(result.stdout, "ccml", {})])
         document = json.loads(run("check", "--format=json", name).stdout)["documents"][0]
-        expect(f"JSON of {name}", shown, document["name"])
-    path = os.path.abspath("good.xml")
-    put("good.xml", "<>")
+        expect(f"JSON of {name}", name.decode(errors="replace"), document["name"])
+    path = os.path.abspath(put("good.xml", "<>"))
     expect("absolute path", f"file://{path}", sarif(run(*strict, path).stdout, "ccml", {})[0][2])
 
 
 def check_usage():
     for arguments, code in [([], 3), (["bogus"], 3), (["check"], 3), (["check", "--x", "a"], 3),
-                            (["check", "--format=yaml", "a"], 3), (["outline", "--format=sarif", "a"], 3), (["query", "a"], 3),
+                            (["check", "--format=yaml", "a"], 3), (["query", "a"], 3),
+                            (["outline", "--format=sarif", "a"], 3),
                             (["query", "a//b", "bad.xml"], 3), (["format", "--indent=x", "a"], 3),
                             (["format", "--layout=wide", "a"], 3), (["--help"], 0),
                             (["check", "--help"], 0), (["--version"], 0),
                             (["check", "--lang", "xxx", "bad.xml"], 2), (["outline", "none"], 2)]:
         expect(f"code of {arguments}", code, run(*arguments).returncode)
-    result = subprocess.run([CCML, "check", "--summary", "bad.xml"], stdout=open("/dev/full", "wb"),
-                            stderr=subprocess.DEVNULL, env={"COMMON_CORE_ETC_DIR": ETC})
-    expect("full output", 2, result.returncode)
+    command = [CCML, "check", "--summary", "bad.xml"]
+    expect("full output", 2, full_disk(*command, env={"COMMON_CORE_ETC_DIR": ETC})[0])
 
 
 FORMAT = """<?xml version="1.0"?>
@@ -179,21 +171,17 @@ def check_format():
     source = ('<?xml version="1.0"?><!-- two\n  lines --><r a = "1&lt;"\n b="it\'s"><x/>'
               "<y> t &amp; u </y><z></z><m>text <b>bold</b> <i/> more</m><k> <!-- c -->"
               '<l i="1">  </l></k>\n<n>before<!-- c --></n></r>')
-    put("f.xml", source)
-    expect("single", FORMAT, run("format", "f.xml").stdout.decode())
-    for options in [[], ["--layout=multi", "--indent=0"], ["--layout=multi", "--indent=3"],
-                    ["--indent=0"]]:
+    expect("single", FORMAT, run("format", put("f.xml", source)).stdout.decode())
+    for options in [["--layout=multi", "--indent=3"], ["--indent=0"]]:
         once = run("format", *options, "f.xml").stdout
         put("once.xml", once)
         expect(f"twice {options}", once, run("format", *options, "once.xml").stdout)
         expect(f"back from {options}", FORMAT, run("format", "once.xml").stdout.decode())
-    put("f.xml", b"\xef\xbb\xbf" + source.encode())
-    expect("in place", 0, run("format", "-i", "f.xml").returncode)
-    expect("written in place", b"\xef\xbb\xbf" + FORMAT.encode(), get("f.xml"))
-    for content in ["<a><b></a></b>", "<!DOCTYPE a>--><a/>", "<a x='1'/>", "<a/>x", "<a - b=\"1\"/>",
-                    "<a><![CDATA[x]]>--></a>", '<a b="&x;"/>', "<a>"]:
-        put("refused.xml", content)
-        result = run("format", "-i", "refused.xml")
+    code = run("format", "-i", put("f.xml", b"\xef\xbb\xbf" + source.encode())).returncode
+    expect("in place", (0, b"\xef\xbb\xbf" + FORMAT.encode()), (code, get("f.xml")))
+    for content in ["<a><b></a></b>", "<!DOCTYPE a>--><a/>", "<a x='1'/>", "<a/>x",
+                    '<a - b="1"/>', "<a><![CDATA[x]]>--></a>", '<a b="&x;"/>', "<a>"]:
+        result = run("format", "-i", put("refused.xml", content))
         expect(f"refused {content}", (1, content.encode()), (result.returncode, get("refused.xml")))
         result = run("format", "refused.xml")
         expect(f"output for {content}", (b"", b"refused.xml:"), (result.stdout, result.stderr[:12]))
@@ -205,10 +193,10 @@ def check_outline_and_query():
     expect("outline", "r 1\n  a 2\n    @x 2\n    @y 1\n  b 1\n    a 1\n      i 1\n",
            run("outline", "t.xml").stdout.decode())
     tree = json.loads(run("outline", "--format=json", "t.xml", "u.xml").stdout)
+    root = tree[0]["elements"][0]
     expect("outline as JSON", ["r", 1, ["a", "b"], {"x": 2, "y": 1}],
-           [tree[0]["elements"][0]["name"], tree[0]["elements"][0]["count"],
-            [child["name"] for child in tree[0]["elements"][0]["children"]],
-            tree[0]["elements"][0]["children"][0]["attributes"]])
+           [root["name"], root["count"], [child["name"] for child in root["children"]],
+            root["children"][0]["attributes"]])
     expect("outlines", 2, len(tree))
     put("broken.xml", "<r><></r>")
     result = run("outline", "--format=json", "none.xml", "broken.xml", "u.xml")
@@ -222,12 +210,10 @@ def check_outline_and_query():
         ("r/*/a", ["t.xml"], 0, "<a>in<i/></a>\n"), ("*/a/@y", ["t.xml"], 0, "2\n"),
         ("r/c", ["t.xml"], 1, ""), ("a", ["t.xml"], 1, ""), ("r/a/@z", ["t.xml"], 1, ""),
         ("r/a", ["t.xml", "u.xml"], 0, "t.xml: \nt.xml: text <\nu.xml: other\n"),
-        ("r/a", ["none.xml", "u.xml"], 2, None),
+        ("r/a", ["none.xml", "u.xml"], 2, "u.xml: other\n"),
     ]:
         result = run("query", path, *files)
-        expect(f"code of {path}", code, result.returncode)
-        if output is not None:
-            expect(f"query {path}", output, result.stdout.decode())
+        expect(f"query {path}", (code, output), (result.returncode, result.stdout.decode()))
 
 
 main(check_findings, check_output, check_sarif, check_usage, check_format, check_outline_and_query)

@@ -4,25 +4,14 @@ import os
 import shlex
 import signal
 import subprocess
-import sys
-import tempfile
 import time
+
+from support.harness import expect, get, main, put
 
 BUILD = os.environ["CC_BUILD_DIR"]
 # In an emulator the executable of every other process is the emulator: a running copy is not seen.
 EMULATOR = shlex.split(os.environ.get("CC_RUN", ""))
 PROGRAM = [*EMULATOR, os.path.join(BUILD, "example_settingsd")]
-failures = []
-
-
-def expect(what, expected, got):
-    if expected != got:
-        failures.append(f"{what}:\n  expected {expected!r}\n  got      {got!r}")
-
-
-def put(name, content):
-    with open(name, "w", encoding="utf-8") as file:
-        file.write(content)
 
 
 def start(*arguments):
@@ -36,12 +25,8 @@ def wait_for_lock(daemon):
     """Waits until the pid file names the daemon: there, but empty, it is still anybody's."""
     deadline = time.monotonic() + 30
     while time.monotonic() < deadline:
-        try:
-            with open("settingsd.pid", encoding="ascii") as file:
-                if file.read().strip() == str(daemon.pid):
-                    return
-        except FileNotFoundError:
-            pass
+        if os.path.exists("settingsd.pid") and int(get("settingsd.pid") or 0) == daemon.pid:
+            return
         time.sleep(0.01)
 
 
@@ -51,34 +36,30 @@ def run(*arguments):
     return daemon.returncode, out, err
 
 
-with tempfile.TemporaryDirectory() as folder:
-    os.chdir(folder)
+def check():
     os.mkdir("in")
     os.mkdir("state")
-    put("in/a.xml", '<settings>\n  <setting name="volume" kind="Integer" value="7" min="0" max="10" '
-        'flags="shown advanced"/>\n  <setting name="title" kind="text">caf&amp;e</setting>\n'
-        "</settings>\n")
+    put("in/a.xml", '<settings><setting name="volume" kind="Integer" value="7" min="0" max="10" '
+        'flags="shown advanced"/><setting name="title" kind="text">caf&amp;e</setting></settings>')
     put("in/b.xml", '<settings>\n  <setting name="night" kind="switch" value="on"/>\n'
         '  <setting name="loud" kind="integer" value="70" min="0" max="10"/>\n</settings>\n')
     put("in/c.xml", "<settings>\n  <>\n</settings>\n")
     put("in/note.txt", "<")
 
     code, out, err = run("eng", "2")
-    expect("code", 0, code)
-    expect("output", 'Started: 3 settings, 1 documents without errors.\nnight is now "on".\n'
-           'title is now "caf&e".\nvolume is now "7".\nStopped.\n', out)
+    expect("output", (0, 'Started: 3 settings, 1 documents without errors.\nnight is now "on".\n'
+                      'title is now "caf&e".\nvolume is now "7".\nStopped.\n'), (code, out))
     expect("reports, each once",
            "The document contains an error.\n"
            'The value of the setting "loud" is outside its range, 0 to 10.\n'
            "File: in/b.xml\nLine 3, column 68\n"
            "The document contains an error.\nA tag has no element name.",
            err.split(" The name comes")[0])
-    with open("state/settings.xml", encoding="utf-8") as file:
-        expect("document of the state", '<settings>\n'
-               '  <setting name="night" kind="switch" flags="" value="on"/>\n'
-               '  <setting name="title" kind="text" flags="" value="caf&amp;e"/>\n'
-               '  <setting name="volume" kind="integer" flags="shown advanced" value="7"/>\n'
-               "</settings>\n", file.read())
+    expect("document of the state", '<settings>\n'
+           '  <setting name="night" kind="switch" flags="" value="on"/>\n'
+           '  <setting name="title" kind="text" flags="" value="caf&amp;e"/>\n'
+           '  <setting name="volume" kind="integer" flags="shown advanced" value="7"/>\n'
+           "</settings>\n", get("state/settings.xml").decode())
 
     # The state is known again, so only what changed is news; in the user's language.
     put("in/b.xml", '<settings><setting name="night" kind="switch" value="no"/></settings>')
@@ -106,7 +87,5 @@ with tempfile.TemporaryDirectory() as folder:
     expect("after a crash", True, os.path.exists("settingsd.pid"))
     expect("start after a crash", 0, run("eng", "1")[0])
 
-for failure in failures:
-    print(failure)
-print(f"{len(failures)} failures")
-sys.exit(1 if failures else 0)
+
+main(check)

@@ -3,6 +3,7 @@
 import json
 import os
 import re
+import subprocess
 import sys
 import tempfile
 
@@ -25,6 +26,13 @@ def get(name):
         return file.read()
 
 
+def full_disk(*command, env=None):
+    """What a command comes to whose output goes to a full disk: its exit code and its errors."""
+    with open("/dev/full", "wb") as full:
+        done = subprocess.run(command, stdout=full, stderr=subprocess.PIPE, env=env, check=False)
+    return done.returncode, done.stderr
+
+
 def sarif(output, tool, texts):
     """(rule, level, URI, line, column) of each result, from an output whose structure is checked.
 
@@ -35,7 +43,7 @@ def sarif(output, tool, texts):
     run = log["runs"][0]
     driver = run["tool"]["driver"]
     expect("driver", (tool, "unicodeCodePoints"), (driver["name"], run["columnKind"]))
-    expect("version of the tool", True, re.fullmatch(r"\d+\.\d+\.\d+", driver["version"]) is not None)
+    expect("version of the tool", "", re.sub(r"^\d+\.\d+\.\d+$", "", driver["version"]))
     rules = [rule["id"] for rule in driver["rules"]]
     expect("each rule once", len(set(rules)), len(rules))
     described = {rule["id"]: rule["shortDescription"]["text"] for rule in driver["rules"]}
