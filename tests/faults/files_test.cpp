@@ -15,10 +15,6 @@ namespace {
 using namespace cc::test;  // NOLINT(google-build-using-namespace)
 using Check = std::function<void(UTF8File& file, bool done)>;
 
-std::string dataOf(const Bag& bag) {
-  return {bag.getBuffer(), static_cast<std::size_t>(bag.getSize())};
-}
-
 TEST(Faults, OpenFile) {
   enum Before { Closed, Reading, Writing };
   struct Row {

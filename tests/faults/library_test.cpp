@@ -42,26 +42,13 @@ TEST(Faults, Console) {
   });
 }
 
-class TestModule : public Loc::IdModule {
- public:
-  explicit TestModule(bool isMandatory) : IdModule(&record, &dictionary) {
-    name = "m";
-    mandatory = isMandatory;
-    MemoryFile old(LngFile({"old"}, 7).bytes());
-    EXPECT_EQ(0, dictionary.load(old.get(), record));
-  }
-
-  IDLocLoader::Localization record = {1, 8, 7};
-  IDLocLoader dictionary;
-};
-
 TEST(Faults, Module) {
   const loc_test::EtcDir etc;
   etc.put("m.eng.lng", LngFile({"new"}, 7).bytes());
   const std::string file = "\n(file: " + etc.path + "m.eng.lng)";
   for (const bool mandatory : {true, false}) {
     sweepFaults([&](FaultSweep& sweep) {
-      TestModule module(mandatory);
+      loc_test::TestModule module("m", mandatory, "old");
       std::string error;
       const bool result = sweep.during([&] { return module.load("eng", &error); });
       const bool opened = !sweep.failed("openStream") && !sweep.failed("fileStatus");

@@ -62,6 +62,7 @@ TEST(Memory, WhatFailsLeavesNothing) {
       {"of a document", [&] { doc.erro(message); }},
       {"of an integer", [&] { doc.getInt(ChPair("x")); }},
       {"of a file", [&] { file.erro(message, "name", 2); }},
+      {"of opening", [&] { file.open((path + "/x").c_str(), UTF8File::ModeRead); }},
       {"of a directory", [&] { file.mkdir((path + "/x/y").c_str()); }},
       // the rest
       {"number without an end",

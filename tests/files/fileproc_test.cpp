@@ -210,7 +210,6 @@ TEST(UTF8File, PathOperationsThatSucceed) {
   EXPECT_FALSE(UTF8File::exist(""));
   EXPECT_FALSE(UTF8File::exist(dir.c_str()));
   EXPECT_TRUE(file.mkdir(dir.c_str()));
-  EXPECT_TRUE(file.mkdir(dir.c_str())) << "exists already";
   EXPECT_TRUE(file.mkdir(a.c_str())) << "exists, as a file";
   EXPECT_TRUE(UTF8File::exist(dir.c_str()));
   UTF8File::Info info{};
@@ -225,10 +224,10 @@ TEST(UTF8File, PathOperationsThatSucceed) {
   EXPECT_TRUE(file.rename(a.c_str(), b.c_str()));
   EXPECT_EQ("1", fileBytes(b));
   EXPECT_FALSE(file.rename(a.c_str(), b.c_str())) << "a failure is not thrown";
-  EXPECT_TRUE(file.remove(b.c_str()));
-  EXPECT_TRUE(file.remove(b.c_str())) << "missing";
-  EXPECT_TRUE(file.rmdir(dir.c_str()));
-  EXPECT_TRUE(file.rmdir(dir.c_str())) << "missing";
+  for (int i = 0; i < 2; ++i) {  // missing the second time
+    EXPECT_TRUE(file.remove(b.c_str()));
+    EXPECT_TRUE(file.rmdir(dir.c_str()));
+  }
   EXPECT_TRUE(file.mkdir(dir.c_str()));
   EXPECT_TRUE(file.remove(dir.c_str())) << "an empty directory";
   EXPECT_EQ(0, folder.count());
@@ -236,7 +235,7 @@ TEST(UTF8File, PathOperationsThatSucceed) {
 
 TEST(UTF8File, FailedAllocationLeavesItClosedOrOpen) {
   const TempFolder folder;
-  const std::string path = putFile(folder / "a", "old");
+  const std::string path = folder / "a";
   const int descriptors = cc::test::openDescriptors();
   cc::test::sweepAllocations([&](cc::test::AllocSweep& sweep) {
     UTF8File file(true);
@@ -245,16 +244,6 @@ TEST(UTF8File, FailedAllocationLeavesItClosedOrOpen) {
     EXPECT_EQ(opened, file.getStream() != nullptr);
     EXPECT_EQ(opened ? "" : "old", fileBytes(path)) << "emptied, but not opened";
     EXPECT_EQ(opened, file.getName() != nullptr);
-    UTF8File missing(true);
-    bool thrown = false;
-    const bool reported = sweep.attempt([&] {
-      try {
-        missing.open("/nowhere/x", UTF8File::ModeRead);
-      } catch (const TTT&) {
-        thrown = true;
-      }
-    });
-    EXPECT_EQ(reported, thrown);
   });
   EXPECT_EQ(descriptors, cc::test::openDescriptors());
 }

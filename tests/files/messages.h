@@ -44,14 +44,17 @@ inline std::string failure(int number, const std::string& name, int error) {
   return message;
 }
 
+inline std::string dataOf(const Bag& bag) {
+  return {bag.getBuffer(), static_cast<std::size_t>(bag.getSize())};
+}
+
 /// The bytes of the message that `action` throws, or "(nothing)".
 template <class Action>
 std::string thrownBy(Action&& action) {
   try {
     action();
   } catch (const TTT& message) {
-    const Bag& bag = message.getBag();
-    return {bag.getBuffer(), static_cast<std::size_t>(bag.getSize())};
+    return dataOf(message.getBag());
   }
   return "(nothing)";
 }

@@ -15,6 +15,7 @@
 
 namespace {
 
+using cc::test::dataOf;
 using cc::test::failure;
 using cc::test::fileBytes;
 using cc::test::putFile;
@@ -22,10 +23,6 @@ using cc::test::TempFolder;
 using cc::test::thrownBy;
 
 using namespace std::string_literals;
-
-std::string dataOf(const Bag& bag) {
-  return {bag.getBuffer(), static_cast<std::size_t>(bag.getSize())};
-}
 
 TEST(Load, FillsEveryTarget) {
   const TempFolder folder;

@@ -11,6 +11,7 @@
 
 #include "bag.h"
 #include "id_loc_loader.h"
+#include "loc_module.h"
 #include "tests/support/temp_folder.h"
 #include "tttproc.h"
 
@@ -104,6 +105,22 @@ class Dictionary : public IDLocLoader {
   }
 };
 
+/// A module with a dictionary of its own, of one text.
+class TestModule : public Loc::IdModule {
+ public:
+  TestModule(const char* moduleName, bool isMandatory, const char* text = nullptr)
+      : IdModule(&record, &dictionary) {
+    name = moduleName;
+    mandatory = isMandatory;
+    if (!text) return;
+    MemoryFile file(LngFile({text}, 7).bytes());
+    if (dictionary.load(file.get(), record) != 0) std::abort();
+  }
+
+  IDLocLoader::Localization record = {1, 8, 7};
+  IDLocLoader dictionary;
+};
+
 /// A folder of its own as the configuration directory, for as long as the object lives.
 class EtcDir {
  public:
@@ -113,13 +130,7 @@ class EtcDir {
   }
   EtcDir(const EtcDir&) = delete;
   EtcDir& operator=(const EtcDir&) = delete;
-  ~EtcDir() {
-    if (before.empty()) {
-      unsetenv(variable);
-    } else {
-      setenv(variable, before.c_str(), 1);
-    }
-  }
+  ~EtcDir() { setenv(variable, before.c_str(), 1); }  // an empty one is as none
 
   void put(const std::string& name, const std::string& bytes) const {
     cc::test::putFile(folder / name, bytes);
