@@ -89,29 +89,6 @@ TEST(Platform, DirectoryEntriesAreThoseOfTheSystem) {
   EXPECT_EQ(0, platform::closeDirectory(directory));
 }
 
-TEST(Platform, StatusTellsWhatStandsThere) {
-  const TempFolder folder;
-  const std::string file = putFile(folder / "file", "");
-  const std::string link = folder / "link";
-  ASSERT_EQ(0, ::symlink("file", link.c_str()));
-  ASSERT_EQ(0, ::chmod(file.c_str(), 04640));
-  platform::FileStatus ofFile;
-  platform::FileStatus ofLink;
-  platform::FileStatus ofDescriptor;
-  ASSERT_EQ(0, platform::pathStatus(file.c_str(), ofFile));
-  ASSERT_EQ(0, platform::pathStatus(link.c_str(), ofLink));
-  const int fd = platform::openFile(link.c_str(), O_RDONLY, 0);
-  ASSERT_EQ(0, platform::fileStatus(fd, ofDescriptor));
-  platform::closeFile(fd);
-  EXPECT_TRUE(ofFile.regular && !ofFile.link && !ofFile.directory);
-  EXPECT_TRUE(ofLink.link && !ofLink.regular);
-  EXPECT_EQ(04640U, ofFile.permissions);
-  EXPECT_TRUE(ofFile.isSameFile(ofDescriptor));
-  EXPECT_FALSE(ofFile.isSameFile(ofLink));
-  EXPECT_EQ(-1, platform::pathStatus((folder / "none").c_str(), ofFile));
-  EXPECT_EQ(-1, platform::fileStatus(-1, ofFile));
-}
-
 TEST(Platform, ErrorTextsAreUntranslatedAndComplete) {
   EXPECT_STREQ("No such file or directory", platform::errorText(ENOENT));
   for (const int error : {-1, 41, 9999}) EXPECT_EQ(nullptr, platform::errorText(error)) << error;
