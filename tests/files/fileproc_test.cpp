@@ -31,7 +31,7 @@ TEST(FileMessages, ExampleByteForByte) {
       "\xFE\xFF\xFF\xFF\3\0\0\0\x1C\0\0\0"
       "No such file or directory";  // -2, 3, 28
   const std::string thrown = thrownBy([] { UTF8File(true).open("ab", UTF8File::ModeRead); });
-  EXPECT_EQ(std::string(expected, 66), thrown);
+  EXPECT_EQ(std::string(std::begin(expected), std::end(expected)), thrown);
 }
 
 TEST(FileMessages, EachFailureThrowsItsBytesAndOnlyReturnsWithoutExceptions) {
