@@ -36,6 +36,10 @@ struct Faults {
 thread_local Faults faults;
 std::atomic<std::size_t> live{0};
 
+/// Sums of all sweeps of the program.
+std::size_t runs = 0;
+std::size_t failures = 0;
+
 bool failsNow() {
   if (!faults.armed) return false;
   if (faults.fired && !faults.persistent) return false;
@@ -44,6 +48,7 @@ bool failsNow() {
     return false;
   }
   faults.fired = true;
+  ++failures;
   return true;
 }
 
@@ -71,6 +76,15 @@ void* allocateOrThrow(std::size_t size, Form form) {
   if (!block) throw std::bad_alloc();
   return block;
 }
+
+/// Says at the end of the program how much failed.
+class Summary : public testing::Environment {
+  void TearDown() override {
+    if (runs != 0) std::printf("[  FAULTS  ] %zu runs, %zu failing allocations\n", runs, failures);
+  }
+};
+
+const testing::Environment* const summary = testing::AddGlobalTestEnvironment(new Summary);
 
 void release(void* block, Form form) {
   if (!block) return;
@@ -137,6 +151,7 @@ void sweepAllocations(const std::function<void(AllocSweep&)>& scenario) {
       const std::size_t before = liveBlocks();
       AllocSweep sweep(index, persistent);
       scenario(sweep);
+      if (sweep.hasFailed()) ++runs;
       if (!testing::Test::HasFailure()) {  // whose message would be a live block too
         EXPECT_EQ(before, liveBlocks()) << "a block is lost";
       }
