@@ -58,10 +58,10 @@ class COMMON_CORE_HIDDEN MLDocOut::Piece {
 
   // Begins an empty piece.
   void start() {
-    const Bag* const bag = out.bag;
-    isDirect = bag && !out.file.getStream() && bag->getPosition() == bag->getSize() &&
-               bag->getCapacity() - bag->getSize() >= roomOfPiece;
-    place = at = isDirect ? bag->getBuffer() + bag->getSize() : bytes;
+    const Bag* const only = out.file.getStream() ? nullptr : out.bag;
+    isDirect = only && only->getPosition() == only->getSize() &&
+               only->getCapacity() - only->getSize() >= roomOfPiece;
+    place = at = isDirect ? only->getBuffer() + only->getSize() : bytes;
   }
   std::size_t room() const { return static_cast<std::size_t>(roomOfPiece - (at - place)); }
   // Writes what was added and goes on with an empty piece.

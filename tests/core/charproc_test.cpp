@@ -21,7 +21,6 @@
 namespace {
 
 using reference::at;
-using reference::byteAt;
 using reference::sizeOf;
 using std::string_view;
 using namespace std::string_view_literals;

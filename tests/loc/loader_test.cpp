@@ -34,7 +34,7 @@ class Loaders {
 
   // "first|second" of both, which must agree.
   std::string texts() const {
-    const std::string both = std::string(numbered.getString(0)) + "|" + numbered.getString(1);
+    std::string both = std::string(numbered.getString(0)) + "|" + numbered.getString(1);
     EXPECT_EQ(both, std::string(variables[0]) + "|" + variables[1]);
     EXPECT_EQ(nullptr, numbered.getString(2));
     EXPECT_EQ(nullptr, numbered.getString(-1));

@@ -45,7 +45,7 @@ TEST(ConvertEscape, DecodesTheFiveEntitiesAndNoOther) {
   EXPECT_STREQ("", out.get());
   const char zero[] = "a\0b&lt;";
   doc.convertEscape(ChPair(zero, zero + 7), out);
-  EXPECT_EQ(std::string("a\0b<", 5), std::string(out.get(), 5));
+  EXPECT_EQ(std::string("a\0b<\0", 5), std::string(out.get(), 5));
 }
 
 TEST(ConvertEscape, TheSourceMayLieInTheResult) {
