@@ -31,7 +31,7 @@ TEST(Position, CountsLinesAndCharacters) {
     }
   }
   OpenDoc doc("ab\n\tx");
-  for (const unsigned int position : {5, 99}) {  // where a derived class went too far
+  for (const unsigned int position : {5U, 99U}) {  // where a derived class went too far
     doc.moveTo(position);
     EXPECT_EQ("2:6", doc.place());
   }
