@@ -107,6 +107,16 @@ void withEachForm(Check check) {
   cc::kernels::loops = best;
 }
 
+/// Calls `check` with each set of hot loops, on the first part of an input and the rest of it.
+template <class Check>
+int withTwoTexts(const unsigned char* data, std::size_t size, Check check) {
+  Input input(data, size);
+  const std::string a(input.part());
+  const std::string b(input.rest());
+  withEachForm([&] { check(a, b); });
+  return 0;
+}
+
 /// Keeps what the code of the tools prints from the terminal; sanitizers write past the streams.
 inline void silence() {
   static const bool done = [] {

@@ -22,9 +22,5 @@ void check(const std::string& a, const std::string& b) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
-  fuzz::Input input(data, size);
-  const std::string a(input.part());
-  const std::string b(input.rest());
-  fuzz::withEachForm([&] { check(a, b); });
-  return 0;
+  return fuzz::withTwoTexts(data, size, check);
 }

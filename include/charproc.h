@@ -22,9 +22,10 @@ COMMON_CORE_API extern unsigned char chr_upper_table_ascii[256];
 /// Class letter of each byte: 'L' lower case, 'U' upper case, 'D' decimal digit, 'W' one of space,
 /// TAB, LF and CR, '.' anything else. Read only.
 COMMON_CORE_API extern char chr_types_table_ascii[256];
-/// `towlower` of each 16-bit unit, kept to 16 bits. Read only.
+/// `towlower` of each 16-bit unit, kept to 16 bits; units of scripts without case (Unicode 15,
+/// UnicodeData.txt) are themselves whatever the locale. Read only.
 COMMON_CORE_API extern unsigned short chr_lower_table_utf16[65536];
-/// `towupper` of each 16-bit unit, kept to 16 bits. Read only.
+/// `towupper` of each 16-bit unit, in the same way. Read only.
 COMMON_CORE_API extern unsigned short chr_upper_table_utf16[65536];
 /// False until the tables are filled, then true.
 COMMON_CORE_API extern bool chr_tables_prepare_done;

@@ -35,7 +35,7 @@ char* writePair(char* out, unsigned int value) {
   return out + 2;
 }
 
-// Writes the calendar date of a day counted from 1970-01-01. Inside an era years begin in March, so
+// Sets the calendar date of a day counted from 1970-01-01. Inside an era years begin in March, so
 // that the leap day is the last of a year; months of 31, 30, 31, 30, 31 days repeat every 153 days.
 void setDate(CalendarTime& calendar, long long day) {
   const long long sinceMarchOf0 = day + 719'468;

@@ -173,10 +173,10 @@ class Reference:
     def synopsis(self, compound, shown):
         lines = [".SH SYNOPSIS", ".nf", roff.code(f"#include <{compound.header.name}>"), ".PP"]
         lines += [roff.code(line) for line in shown]
-        return [*lines, ".fi", ".PP", "Link with " + roff.code(self.library(compound)) + "."]
+        return [*lines, ".fi", ".PP", "Linked by " + roff.code(self.link_option(compound)) + "."]
 
     @staticmethod
-    def library(compound):
+    def link_option(compound):
         return "-lpaths" if compound.header.name == "libpaths.h" else "-lcommon_core"
 
     def style(self, compound):
