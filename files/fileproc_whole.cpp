@@ -7,8 +7,8 @@
 #include <cerrno>
 #include <climits>
 #include <cstdint>
+#include <exception>
 #include <new>
-#include <stdexcept>
 
 #include "fileproc.h"
 #include "loc/message_numbers.h"
@@ -119,9 +119,7 @@ unsigned int UTF8File::load(const char* path, std::string& content, unsigned int
   const std::size_t size = file.open(maxSize);
   try {
     content.resize(size);
-  } catch (const std::bad_alloc&) {
-    file.fail(MsgNoMemory, -1);
-  } catch (const std::length_error&) {
+  } catch (const std::exception&) {  // no memory, or more than a string takes in 32 bits
     file.fail(MsgNoMemory, -1);
   }
   file.read(content.data(), size);

@@ -158,8 +158,6 @@ long long tellStream(FILE* stream) { return std::ftell(stream); }
 
 bool streamEnded(FILE* stream) { return feof_unlocked(stream) != 0; }
 
-bool streamFailed(FILE* stream) { return ferror_unlocked(stream) != 0; }
-
 void clearStream(FILE* stream) { clearerr_unlocked(stream); }
 
 int streamDescriptor(FILE* stream) { return fileno_unlocked(stream); }

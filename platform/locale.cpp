@@ -53,12 +53,8 @@ int formatText(char* buf, std::size_t size, const char* format, va_list args) {
   if (pointed) uselocale(pointed);
   // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): as above
   const int length = std::vsnprintf(buf, size, format, args);
-  if (pointed) {
-    uselocale(own);
-    freelocale(pointed);
-  } else if (copy) {
-    freelocale(copy);
-  }
+  uselocale(own);
+  if (copy) freelocale(pointed ? pointed : copy);
   return length;
 }
 

@@ -48,8 +48,6 @@ int seekStream(FILE* stream, long long offset, int whence);
 long long tellStream(FILE* stream);
 /// feof.
 bool streamEnded(FILE* stream);
-/// ferror.
-bool streamFailed(FILE* stream);
 /// clearerr.
 void clearStream(FILE* stream);
 /// fileno.

@@ -87,7 +87,6 @@ CC_EITHER(int, -1, seekStream, (FILE * stream, long long offset, int whence),
           (stream, offset, whence))
 CC_EITHER(long long, -1, tellStream, (FILE * stream), (stream))
 CC_ONLY(int, unreadStreamByte, (FILE * stream, int byte), (stream, byte))
-CC_ONLY(bool, streamFailed, (FILE * stream), (stream))
 CC_ONLY(void, clearStream, (FILE * stream), (stream))
 CC_ONLY(int, streamDescriptor, (FILE * stream), (stream))
 

@@ -104,6 +104,8 @@ TEST(Load, FailuresAndWhatTheyLeave) {
     EXPECT_EQ(row.message, thrownBy([&] { UTF8File::load(path, bag, row.most, false); }));
     EXPECT_EQ("old", dataOf(bag));
   }
+  std::string string;
+  EXPECT_EQ(failure(4, "", EFAULT), thrownBy([&] { UTF8File::load(nullptr, string, 10); }));
 }
 
 TEST(Load, FileAboveTheLargestIntDoesNotFitABag) {
