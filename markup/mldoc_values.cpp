@@ -1,5 +1,6 @@
 // MLDoc: strings and numbers of raw slices.
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <memory>
@@ -59,6 +60,9 @@ bool continuesNumber(char c) {
          (c != 0 && std::strchr("+-.()_", c) != nullptr);
 }
 
+// White space before a number, as in the "C" locale.
+bool isWhiteSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
 // True when the longest number at `begin` ends exactly at `end` and is in range. The bytes from
 // `begin` on must hold one that continues no number, at `end` or behind it.
 bool parseWhole(const char* begin, const char* end, double& value) {
@@ -107,7 +111,9 @@ int MLDoc::getCountOrInfinity(const ChPair& number) const {
 double MLDoc::getDouble(const ChPair& number) const {
   cc::locale::requireNumericC();
   double value = 0;
-  bool good = number.begin && number.begin != number.end;
+  // The parser skips white space, past the slice's end if it may.
+  const char* const begin = std::find_if_not(number.begin, number.end, isWhiteSpace);
+  bool good = begin != number.end;
   if (good) {
     // A number goes on behind the slice only within the document's own text.
     const char* limit = number.end;
@@ -115,8 +121,8 @@ double MLDoc::getDouble(const ChPair& number) const {
         cc::isInText(text, textSize, number.begin) && cc::isInText(text, textSize, number.end);
     const char* const end = own ? text + textSize : number.end;
     while (limit != end && continuesNumber(*limit)) ++limit;
-    good = limit == number.end && limit != end ? parseWhole(number.begin, number.end, value)
-                                               : parseCopy(number.begin, number.end, limit, value);
+    good = limit == number.end && limit != end ? parseWhole(begin, number.end, value)
+                                               : parseCopy(begin, number.end, limit, value);
   }
   if (!good) erro(LocDictionaryCommonCore, cc::MsgNotADouble);
   return value;

@@ -113,7 +113,8 @@ char* writeFixed(char* out, double value) {
 
 bool toCalendar(long long time, CalendarTime& calendar) {
   const long long day = floorDivide(time, secondsPerDay);
-  const unsigned int second = static_cast<unsigned int>(time - day * secondsPerDay);
+  const unsigned int second = static_cast<unsigned int>(
+      time % secondsPerDay + (time % secondsPerDay < 0 ? secondsPerDay : 0));
   setDate(calendar, day);
   calendar.hour = second / 3600;
   calendar.minute = second / 60 % 60;

@@ -130,6 +130,8 @@ TEST(GetDouble, ASliceOfOtherMemoryIsReadUpToItsEnd) {
   EXPECT_EQ(plainStrtod(number.c_str()),
             doc.getDouble(ChPair(doc.begin(), doc.begin() + doc.size())));
   EXPECT_EQ(19, errorOf([&] { doc.getDouble(ChPair(doc.begin(), doc.begin() + 3)); }));
+  const cc::test::TracedDoc blank(" \n");  // at an unreadable page
+  EXPECT_EQ(19, errorOf([&] { blank.getDouble(ChPair(blank.begin(), blank.begin() + 1)); }));
 }
 
 TEST(GetDouble, RandomNumbersBitForBit) {
