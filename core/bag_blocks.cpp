@@ -5,7 +5,6 @@
 
 #include "bag.h"
 #include "charproc.h"
-#include "chpair.h"
 #include "core/formatted_text.h"
 
 int Bag::markBeginOfBlock() {

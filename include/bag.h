@@ -8,10 +8,9 @@
 
 #include <cstring>
 
+#include "chpair.h"
 #include "common_core_api.h"
 #include "containers.h"
-
-class ChPair;
 
 /// A growable buffer of bytes with one cursor for reading and writing.
 ///

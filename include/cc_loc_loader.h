@@ -26,7 +26,7 @@ class COMMON_CORE_API CCLocLoader {
   CCLocLoader() = default;
   CCLocLoader(const CCLocLoader&) = delete;
   CCLocLoader& operator=(const CCLocLoader&) = delete;
-  /// Frees the texts.
+  /// Frees the texts and leaves the field null; the variables are not touched.
   ~CCLocLoader();
 
   /// Reads one dictionary from the current position of `file`, which the caller opened and closes,
@@ -37,8 +37,7 @@ class COMMON_CORE_API CCLocLoader {
   /// loader, its texts and all variables are as before the call.
   int load(FILE* file, Localization& info);
 
- private:
-  char* pool = nullptr;
+  char* pool = nullptr;  ///< the texts of the last successful load, owned; null before it
 };
 
 #if defined(__i386__)

@@ -11,7 +11,6 @@
 #include "bag.h"
 #include "common_core_api.h"
 
-class ChPair;
 class IDLocLoader;
 
 /// The slot of a dictionary in `TTT::dictionaries`.

@@ -4,7 +4,10 @@
 
 #include "loc/lng_format.h"
 
-CCLocLoader::~CCLocLoader() { delete[] pool; }
+CCLocLoader::~CCLocLoader() {
+  delete[] pool;
+  cc::lng::clearForGood(pool);
+}
 
 int CCLocLoader::load(FILE* file, Localization& info) {
   cc::lng::Texts texts;

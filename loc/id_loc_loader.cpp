@@ -1,27 +1,16 @@
-// Pool and table are ready before the old ones go. The destructor clears the fields with volatile
-// stores: the compiler drops plain ones to an object that is going away, but a rendering during
-// process exit may still look at the library's own dictionary.
+// Pool and table are ready before the old ones go.
 #include "id_loc_loader.h"
 
 #include <new>
 
 #include "loc/lng_format.h"
 
-namespace {
-
-template <class T>
-void clearForGood(T& field) {
-  const_cast<volatile T&>(field) = T();
-}
-
-}  // namespace
-
 IDLocLoader::~IDLocLoader() {
   delete[] strings;
   delete[] pool;
-  clearForGood(count);
-  clearForGood(strings);
-  clearForGood(pool);
+  cc::lng::clearForGood(count);
+  cc::lng::clearForGood(strings);
+  cc::lng::clearForGood(pool);
 }
 
 int IDLocLoader::load(FILE* file, Localization& info) {

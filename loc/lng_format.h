@@ -40,4 +40,11 @@ struct Texts {
 // is so at once and `texts` stays empty.
 int read(std::FILE* file, int count, int stamp, Texts& texts);
 
+// Clears a field of a loader that goes away, for those that still look at it during process exit.
+// The compiler would drop a plain store.
+template <class T>
+void clearForGood(T& field) {
+  const_cast<volatile T&>(field) = T();
+}
+
 }  // namespace cc::lng

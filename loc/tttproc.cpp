@@ -10,7 +10,6 @@
 #include <new>
 #include <utility>
 
-#include "chpair.h"
 #include "loc/message_reader.h"
 
 constinit IDLocLoader* TTT::dictionaries[5] = {};
