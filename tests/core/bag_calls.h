@@ -89,6 +89,13 @@ class BagCalls {
       case 9:
         name = "setBufferSize";
         return resize(number(0, 30) == 0 ? 0 : number(1, bag.getSize() + 40));
+      case 10:
+        name = "copy";
+        actual = resultOf([&] { bag = Bag(static_cast<const Bag&>(bag)); });
+        return model.copyExactly();
+      case 11:
+        name = "steal and setBuffer";
+        return handOver();
       default:
         return get(number(-2, 12), align);
     }
@@ -111,6 +118,16 @@ class BagCalls {
     actual = resultOf([&] { bag.setBufferSize(n); });
     model.setBufferSize(n);
     return Result::Done;
+  }
+  Result handOver() {
+    Bag other("other", 5);
+    other.stealFrom(bag);
+    int n = -1;
+    char* const buffer = other.steal(n);
+    bag.setBuffer(buffer, n, -1);
+    actual = Result::Done;
+    model.position = 0;
+    return model.copyExactly();
   }
   Result get(int n, int align) {
     name = "reading";

@@ -58,6 +58,11 @@ class BagModel {
     if (capacity == 0) return;
     *this = BagModel();
   }
+  Result copyExactly() {
+    capacity = size();
+    if (capacity == 0) position = 0;
+    return Result::Done;
+  }
   Result put(const std::string& bytes, int align) {
     if (position < 0) return Result::NoMemory;
     const long long at = rounded(position, align);

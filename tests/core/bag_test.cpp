@@ -1,14 +1,16 @@
-// The bag: literal bytes, limits, aliasing, growth, and every allocation failing once.
+// The bag: beside its naive model, at the limits of an int, blocks and composite values, aliasing,
+// growth, and every allocation failing once.
 
 #include "bag.h"
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <tuple>
 
-#include "charproc.h"
+#include "charr.h"
 #include "chpair.h"
-#include "tests/core/bag_model.h"
+#include "tests/core/bag_calls.h"
 #include "tests/support/alloc_sweep.h"
 
 using cc::test::AllocCount;
@@ -16,7 +18,6 @@ using cc::test::AllocSweep;
 using cc::test::BagModel;
 using cc::test::bytes;
 using cc::test::bytesOf;
-using cc::test::liveBlocks;
 using cc::test::resultOf;
 using cc::test::sweepAllocations;
 using Result = BagModel::Result;
@@ -40,40 +41,86 @@ int hidden(int n) {
   return opaque;
 }
 
+// A vector of some strings; null stays null.
+StringVector<char> vectorOf(std::initializer_list<const char*> strings) {
+  StringVector<char> v;
+  for (const char* s : strings) v.append(ChArr(s).steal());
+  return v;
+}
+
+std::string joined(const StringVector<char>& v) {
+  std::string all;
+  for (const char* s : v) all += (s ? "[" + std::string(s) + "]" : "null");
+  return all;
+}
+
 // All that can be seen of a bag.
 auto stateOf(const Bag& b) { return std::tuple(bytesOf(b), b.getPosition(), b.getCapacity()); }
 
-TEST(Bag, WritesEndTheDataAtTheCursor) {
-  const struct {
-    void (*write)(Bag&);
-    std::string after;
-  } rows[] = {
-      {[](Bag& b) { b.putData(nullptr, 0); }, "01"},
-      {[](Bag& b) { b.putStringNZ(nullptr); }, "01"},
-      {[](Bag& b) { b.putStringNZ("abc"); }, "01abc"},
-      {[](Bag& b) { b.putString(nullptr); }, bytes("01\0")},
-      {[](Bag& b) { b.putDataAligned(nullptr, 0, 8); }, bytes("01234\0\0\0")},
-      {[](Bag& b) { b.putDataAligned("x", 1, 0); }, "01x"},
-  };
-  for (const auto& row : rows) {
-    Bag bag = exactBag("01234", 2);
-    row.write(bag);
-    EXPECT_EQ(row.after, bytesOf(bag));
-    EXPECT_EQ(static_cast<int>(row.after.size()), bag.getPosition());
+TEST(Bag, AgreesWithTheModelOnRandomCalls) {
+  std::mt19937 random(20240611);
+  cc::test::BagCalls calls(
+      [&](int low, int high) { return std::uniform_int_distribution<int>(low, high)(random); });
+  for (int i = 0; i < 300'000; ++i) {
+    ASSERT_EQ("", calls.step()) << "call " << i;
   }
 }
 
-TEST(Bag, WritesBytesOfItsOwn) {
-  const std::string text = "0123456789abcdef";
-  Bag grown = exactBag(text, 16);
-  grown.putData(grown.getBuffer() + 4, 8);  // reallocates
-  EXPECT_EQ(text + "456789ab", bytesOf(grown));
-  grown.setPosition(6);
-  grown.putDataAligned(grown.getBuffer() + 4, 10, 4);  // overlaps
-  EXPECT_EQ("01234567456789abcd", bytesOf(grown));
-  Bag strung = exactBag(bytes("ab\0"), 3);
-  strung.putString(strung.getBuffer());
-  EXPECT_EQ(bytes("ab\0ab\0"), bytesOf(strung));
+// Each call on `text` in a buffer of that size; the cursor ends behind the data. Where an
+// allocation fails nothing has changed, and the bag serves on.
+TEST(Bag, WritesAllOrNothing) {
+  static const std::string text = bytes("0123456789abcde\0");
+  static const std::string ones(100, '\1');
+  static const StringVector<char> strings = vectorOf({"a", nullptr, "bc"});
+  static const Bag other = exactBag("another text", 12);
+  static const auto at = [](Bag& b) { return b.getBuffer(); };
+  const struct {
+    int position;
+    void (*call)(Bag&);
+    std::string after;
+  } rows[] = {
+      // the end of the data is that of what was written
+      {2, [](Bag& b) { b.putData(nullptr, 0); }, "01"},
+      {2, [](Bag& b) { b.putStringNZ(nullptr); }, "01"},
+      {2, [](Bag& b) { b.putStringNZ("abc"); }, "01abc"},
+      {2, [](Bag& b) { b.putString(nullptr); }, bytes("01\0")},
+      {2, [](Bag& b) { b.putDataAligned(nullptr, 0, 8); }, "01234567"},
+      {2, [](Bag& b) { b.putDataAligned("x", 1, 0); }, "01x"},
+      // more than there is room for
+      {16, [](Bag& b) { b.putData("XYZ", 3); }, text + "XYZ"},
+      {17, [](Bag& b) { b.putDataAligned("XYZ", 3, 4); }, text + bytes("\0\0\0\0XYZ")},
+      {20, [](Bag& b) { std::memset(b.putDataPtr(100), 1, 100); }, text + bytes("\0\0\0\0") + ones},
+      {16, [](Bag& b) { std::memset(b.insSpace(0, 100), 1, 100); }, ones + text},
+      {16, [](Bag& b) { b.putFormatStringNZ("%05000d", 0); }, text + std::string(4095, '0')},
+      {16, [](Bag& b) { b.expand(1000); }, text},
+      {16, [](Bag& b) { b.setBufferSize(50); }, text},
+      {16, [](Bag& b) { b = other; }, "another text"},
+      // composite values
+      {16, [](Bag& b) { b << Bag("xyz", 3); }, text + bytes("\3\0\0\0xyz")},
+      {16, [](Bag& b) { b << strings; }, text + bytes("\3\0\0\0a\0\0bc\0")},
+      {16, [](Bag& b) { b << ChPair(text.c_str() + 14, text.c_str() + 16) << ChPair(); },
+       text + bytes("e\0\0\0")},
+      // bytes of the bag itself
+      {16, [](Bag& b) { b.putData(at(b) + 4, 8); }, text + "456789ab"},
+      {6, [](Bag& b) { b.putDataAligned(at(b) + 4, 8, 4); }, "01234567456789ab"},  // overlaps
+      {16, [](Bag& b) { b.putString(at(b)); }, text + text},
+      {16, [](Bag& b) { b.putFormatStringNZ("<%s>", at(b) + 9); }, text + "<9abcde>"},
+      {16, [](Bag& b) { b << ChPair(at(b) + 8, at(b) + 15); }, text + bytes("89abcde\0")},
+      {16, [](Bag& b) { b << b; }, text + bytes("\20\0\0\0") + text},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(&row - rows);
+    sweepAllocations([&](AllocSweep& sweep) {
+      Bag bag = exactBag(text, row.position);
+      const auto before = stateOf(bag);
+      if (!sweep.attempt([&] { row.call(bag); })) {
+        EXPECT_EQ(before, stateOf(bag));
+        row.call(bag);
+      }
+      EXPECT_EQ(row.after, bytesOf(bag));
+      EXPECT_EQ(static_cast<int>(row.after.size()), bag.getPosition());
+    });
+  }
 }
 
 // Numbers near the limits of an int, where the model of all other calls does not go.
@@ -104,6 +151,10 @@ TEST(Bag, RefusesWhatNoIntCounts) {
       {INT_MAX, [](Bag& b) { b.insSpace(0, 1); }, Result::NoMemory, INT_MAX},
       {1, [](Bag& b) { b.insSpace(0, -1); }, Result::NoMemory, 1},
       {6, [](Bag& b) { b.getData(nullptr, 0); }, Result::Done, 6},
+      // an end of a block without its beginning
+      {6, [](Bag& b) { b.markEndOfBlock(INT_MIN); }, Result::Exception, 6},
+      {6, [](Bag& b) { b.markEndOfBlock(3); }, Result::Exception, 6},
+      {6, [](Bag& b) { b.markEndOfBlock(7); }, Result::Exception, 6},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(&row - rows);
@@ -115,98 +166,39 @@ TEST(Bag, RefusesWhatNoIntCounts) {
   }
 }
 
-TEST(Bag, AnEmptyBagReadsNothing) {
-  Bag bag;
-  EXPECT_EQ(nullptr, bag.getDataPtr(0));
-  EXPECT_EQ(nullptr, bag.insSpace(0, 0));
-  bag.delSpace(9, 0);
-  bag.getData(nullptr, 0);
-}
-
-TEST(Bag, CopiesExactly) {
-  Bag bag;
-  bag.putString("some text");
-  bag.setPosition(5);
-  const Bag copy(bag);
-  EXPECT_EQ(10, copy.getCapacity());
-  EXPECT_EQ(5, copy.getPosition());
-  EXPECT_TRUE(copy == bag);
-  Bag assigned("old", 3);
-  EXPECT_EQ(16, assigned.getCapacity());
-  EXPECT_EQ(0, assigned.getPosition());
-  assigned = bag;
-  EXPECT_EQ(stateOf(copy), stateOf(assigned));
-  const Bag& same = assigned;
-  assigned = same;
-  EXPECT_EQ(stateOf(copy), stateOf(assigned));
-  EXPECT_FALSE(assigned == Bag("some texT", 10));
-  EXPECT_FALSE(assigned == Bag("some text", 9));
-
-  Bag emptied;
-  emptied.expand(1);
-  emptied.setPosition(7);
-  EXPECT_TRUE(emptied == Bag(nullptr, 0));
-  const Bag none(emptied);
-  EXPECT_EQ(0, none.getPosition());
-  EXPECT_EQ(nullptr, none.getBuffer());
-  assigned = emptied;
-  EXPECT_EQ(stateOf(Bag()), stateOf(assigned));
-}
-
 // What a move leaves behind is looked at on purpose.
 // NOLINTBEGIN(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
 TEST(Bag, MovesItsBuffer) {
-  const std::size_t before = liveBlocks();
-  {
-    Bag bag;
-    bag.putString("text");
-    bag.setPosition(2);
-    const auto state = stateOf(bag);
-    char* buffer = bag.getBuffer();
-    Bag other("other", 5);
-    other.stealFrom(bag);
-    EXPECT_EQ(buffer, other.getBuffer());
-    EXPECT_EQ(stateOf(Bag()), stateOf(bag));
-    other.stealFrom(other);
-    Bag& same = other;
-    other = std::move(same);
-    EXPECT_EQ(stateOf(Bag(std::move(other))), state);
-    EXPECT_EQ(nullptr, other.getBuffer());
+  Bag bag = exactBag("text", 2);
+  const auto state = stateOf(bag);
+  char* buffer = bag.getBuffer();
+  bag.stealFrom(bag);
+  Bag& same = bag;
+  bag = static_cast<const Bag&>(same);
+  bag = std::move(same);
+  EXPECT_EQ(state, stateOf(bag));
+  Bag other(std::move(bag));
+  EXPECT_EQ(stateOf(Bag()), stateOf(bag));
+  EXPECT_TRUE(bag == exactBag(""));
+  EXPECT_FALSE(other == Bag("texT", 4));
+  EXPECT_FALSE(other == Bag("tex", 3));
+  EXPECT_EQ(0, Bag("text", 4).getPosition());
 
-    int n = -1;
-    EXPECT_EQ(nullptr, bag.steal(n));
-    EXPECT_EQ(0, n);
-    bag.expand(5);
-    EXPECT_EQ(nullptr, bag.steal(n));
-    EXPECT_EQ(0, bag.getCapacity());
-    bag.putStringNZ("bytes");
-    buffer = bag.getBuffer();
-    char* stolen = bag.steal(n);
-    EXPECT_EQ(buffer, stolen);
-    EXPECT_EQ(5, n);
-    EXPECT_EQ(stateOf(Bag()), stateOf(bag));
-
-    bag.setBuffer(stolen, 3, 5);
-    EXPECT_EQ("byt", bytesOf(bag));
-    bag.putDataPtr(5)[4] = 0;
-    EXPECT_EQ(stolen, bag.getBuffer());
-    EXPECT_EQ(5, bag.getCapacity());
-    bag.setBuffer(nullptr, 0, -1);
-    bag.setPosition(3);
-    bag.clear();  // nothing to clear
-    EXPECT_EQ(3, bag.getPosition());
-  }
-  EXPECT_EQ(before, liveBlocks());
+  other.setBuffer(buffer, 3, 5);  // the buffer it has
+  EXPECT_EQ(std::tuple("tex", 0, 5), stateOf(other));
+  other.setPosition(4);
+  int n = -1;
+  EXPECT_EQ(buffer, other.steal(n));
+  EXPECT_EQ(3, n);
+  other.setBuffer(buffer, 0, 4);
+  EXPECT_EQ(nullptr, other.steal(n)) << "that of an empty bag is freed";
+  other.setBuffer(nullptr, 3, 5);
+  EXPECT_EQ(stateOf(Bag()), stateOf(other));
+  other.setPosition(3);
+  other.clear();  // nothing to clear
+  EXPECT_EQ(3, other.getPosition());
 }
 // NOLINTEND(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
-
-TEST(Bag, ReportsTheRuledCapacity) {
-  Bag bag;
-  for (int i = 1; i < 30'000; ++i) {
-    bag.putData("x", 1);
-    ASSERT_EQ(BagModel::rule(i), bag.getCapacity());
-  }
-}
 
 TEST(Bag, KeepsTheWholeAllocationWhenItGrows) {
   Bag bag = exactBag("0123456789");
@@ -218,70 +210,145 @@ TEST(Bag, KeepsTheWholeAllocationWhenItGrows) {
   EXPECT_EQ(2, bag.getSize());
 }
 
+void putBlock(Bag& bag, const char* text) {
+  const int content = bag.markBeginOfBlock();
+  bag.putString(text);
+  bag.markEndOfBlock(content);
+}
+
 TEST(Bag, AppendingIsLinear) {
   void (*const pieces[])(Bag&) = {
-      [](Bag& b) { b.putData("abcd", 4); },
-      [](Bag& b) { b.putString("abc"); },
-      [](Bag& b) { std::memcpy(b.putDataPtrAligned(4, 4), "abcd", 4); },
-      [](Bag& b) { std::memcpy(b.insSpace(b.getSize(), 4), "abcd", 4); },
+      [](Bag& b) { b.putData("abcdefgh", 8); },
+      [](Bag& b) { b.putString("abcdefg"); },
+      [](Bag& b) { std::memcpy(b.putDataPtrAligned(8, 4), "abcdefgh", 8); },
+      [](Bag& b) { std::memcpy(b.insSpace(b.getSize(), 8), "abcdefgh", 8); },
+      [](Bag& b) { putBlock(b, "abc"); },
   };
   for (const auto& piece : pieces) {
-    for (const int n : {100'000, 200'000, 400'000}) {
+    for (const int n : {50'000, 200'000}) {
       const AllocCount count;
       Bag bag;
       for (int i = 0; i < n; ++i) piece(bag);
-      EXPECT_EQ(4 * n, bag.getSize());
-      EXPECT_LT(count.bytes(), 6 * 4 * static_cast<std::size_t>(n)) << n;
+      EXPECT_EQ(8 * n, bag.getSize());
+      EXPECT_LT(count.bytes(), 6 * 8 * static_cast<std::size_t>(n)) << n;
       EXPECT_LT(count.blocks(), 45u) << n;
     }
   }
 }
 
-TEST(Bag, IsWholeWhateverAllocationFails) {
-  static const Bag other("another bag, of 30 bytes or so", 30);
-  static StringVector<char> strings;
-  for (int i = 0; i < 20; ++i) strings.append(strnew("a string", 8));
+TEST(BagBlocks, ReadBackNestedAndConfined) {
+  Bag bag("12345", 5);
+  bag.setPosition(5);
+  const int outer = bag.markBeginOfBlock();
+  EXPECT_EQ(bytes("12345\0\0\0\0\0\0\0"), bytesOf(bag));
+  bag.putString("outer");
+  putBlock(bag, "inner");
+  bag.putString("rest");
+  bag.markEndOfBlock(outer);
+  bag.putString("after");
+  const int whole = bag.getSize();
+
+  bag.setPosition(5);
+  EXPECT_EQ(whole, bag.beginBlock());
+  const int outerEnd = bag.getSize();
+  EXPECT_STREQ("outer", bag.getStringPtr());
+  EXPECT_EQ(outerEnd, bag.beginBlock());
+  EXPECT_THROW(bag.endBlock(outerEnd), Bag::Exception);  // not read yet
+  EXPECT_STREQ("inner", bag.getStringPtr());
+  EXPECT_THROW(bag.getDataPtr(1), Bag::Exception);
+  EXPECT_THROW(bag.getStringPtr(), Bag::Exception);
+  bag.endBlock(outerEnd);
+  EXPECT_STREQ("rest", bag.getStringPtr());
+  bag.endBlock(whole);
+  EXPECT_STREQ("after", bag.getStringPtr());
+
+  bag.setPosition(5);
+  bag.passBlock(bag.beginBlock());
+  EXPECT_STREQ("after", bag.getStringPtr());
+}
+
+// {data, cursor after the refusal}
+TEST(BagBlocks, RefuseALengthThatDoesNotFit) {
   const struct {
-    const char* name;
-    void (*call)(Bag&);
-  } rows[] = {
-      {"putData", [](Bag& b) { b.putData("0123456789abcdef", 16); }},
-      {"putData of its own", [](Bag& b) { b.putData(b.getBuffer(), 100); }},
-      {"putDataAligned", [](Bag& b) { b.putDataAligned("0123456789abcdef", 16, 16); }},
-      {"putDataPtr", [](Bag& b) { std::memset(b.putDataPtr(100), 1, 100); }},
-      {"putDataPtrAligned", [](Bag& b) { std::memset(b.putDataPtrAligned(200, 4), 1, 200); }},
-      {"putString", [](Bag& b) { b.putString("0123456789abcdef"); }},
-      {"putStringNZ", [](Bag& b) { b.putStringNZ("0123456789abcdef"); }},
-      {"putFormatStringNZ", [](Bag& b) { b.putFormatStringNZ("%0100d", 7); }},
-      {"insSpace", [](Bag& b) { std::memset(b.insSpace(3, 100), 1, 100); }},
-      {"expand", [](Bag& b) { b.expand(1000); }},
-      {"setBufferSize", [](Bag& b) { b.setBufferSize(50); }},
-      {"copy", [](Bag& b) { b = other; }},
-      {"construction", [](Bag& b) { b = Bag("0123456789abcdef0", 17); }},
-      {"a bag", [](Bag& b) { b << other; }},
-      {"a slice", [](Bag& b) { b << ChPair("a slice"); }},
-      {"strings", [](Bag& b) { b << strings; }},
-      {"itself", [](Bag& b) { b << b; }},
-  };
+    std::string data;
+    int after;
+  } rows[] = {{bytes("\0\0\0"), 0},        {bytes("\1\0\0\0"), 4},
+              {bytes("\5\0\0\0abcd"), 4},  {"\377\377\377\377abcd", 4},
+              {"\377\377\377\177abcd", 4}, {bytes("\0\0\0\200abcd"), 4}};
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
-    Bag done(std::string(100, 'x').data(), 100);
-    done.setPosition(98);
-    const Bag start(done);
-    row.call(done);
-    const auto after = stateOf(done);
-    sweepAllocations([&](AllocSweep& sweep) {
-      Bag bag(start);
-      const auto before = stateOf(bag);
-      const bool worked = sweep.attempt([&] { row.call(bag); });
-      EXPECT_EQ(worked ? after : before, stateOf(bag));
-      if (!worked) {  // and it serves on
-        row.call(bag);
-        EXPECT_EQ(after, stateOf(bag));
-      }
-    });
+    SCOPED_TRACE(testing::PrintToString(row.data));
+    Bag bag = exactBag(row.data);
+    EXPECT_THROW(bag.beginBlock(), Bag::Exception);
+    EXPECT_EQ(row.after, bag.getPosition());
+    EXPECT_EQ(row.data, bytesOf(bag));
+
+    Bag inner = exactBag("old", 2);
+    bag.setPosition(0);
+    EXPECT_THROW(bag >> inner, Bag::Exception);
+    EXPECT_EQ(row.after, bag.getPosition());
+    EXPECT_EQ(std::tuple("", 0, 3), stateOf(inner));
   }
-  strings.removeAll();
+}
+
+TEST(BagValues, AreReadAgainOrNotAtAll) {
+  StringVector<char> v;
+  for (int i = 0; i < 20; ++i) v.append(ChArr("a string").steal());
+  Bag bag;
+  bag << Bag("an inner bag of some length", 27) << v << Bag() << StringVector<char>();
+  sweepAllocations([&](AllocSweep& sweep) {
+    bag.setPosition(0);
+    Bag inner = exactBag("old", 1);
+    const auto before = stateOf(inner);
+    if (!sweep.attempt([&] { bag >> inner; })) {
+      EXPECT_EQ(0, bag.getPosition());
+      EXPECT_EQ(before, stateOf(inner));
+      bag >> inner;
+    }
+    EXPECT_EQ(std::tuple("an inner bag of some length", 0, 32), stateOf(inner));
+    const int start = bag.getPosition();
+    StringVector<char> read = vectorOf({"first"});
+    if (!sweep.attempt([&] { bag >> read; })) {
+      EXPECT_EQ(start, bag.getPosition());
+      EXPECT_EQ("[first]", joined(read));
+      bag >> read;
+    }
+    EXPECT_EQ("[first]" + joined(v), joined(read));
+    bag >> inner >> read;
+    EXPECT_EQ(std::tuple("", 0, 32), stateOf(inner)) << "the room stays";
+    EXPECT_EQ(21, read.getCount());
+    EXPECT_EQ(bag.getSize(), bag.getPosition());
+  });
+}
+
+TEST(BagValues, EveryPrefixIsRefusedWithWhatWasRead) {
+  Bag whole;
+  whole << vectorOf({"a", "", "bcd", "e"});
+  const std::string data = bytesOf(whole);
+  for (std::size_t n = 0; n < data.size(); ++n) {
+    Bag bag = exactBag(data.substr(0, n));
+    StringVector<char> read;
+    EXPECT_THROW(bag >> read, Bag::Exception) << n;
+    int complete = 0;
+    for (std::size_t i = 4; i < n; ++i) complete += data[i] == 0;
+    EXPECT_EQ(complete, read.getCount()) << n;
+  }
+}
+
+TEST(BagValues, TheCountWordAsksForNoMoreThanTheDataHolds) {
+  for (const char* word : {"\377\377\377\177", "\0\0\1\0", "\150\0\0\0"}) {
+    Bag bag = exactBag(std::string(word, 4) + std::string(100, '\0'));
+    StringVector<char> read;
+    const AllocCount count;
+    EXPECT_THROW(bag >> read, Bag::Exception);
+    EXPECT_EQ(100, read.getCount());
+    EXPECT_EQ(112, read.getCapacity());
+    EXPECT_LT(count.bytes(), 4000u);
+  }
+  Bag negative = exactBag(bytes("\377\377\377\377a\0"));
+  StringVector<char> none;
+  negative >> none;
+  EXPECT_EQ(0, none.getCount());
+  EXPECT_EQ(4, negative.getPosition());
 }
 
 }  // namespace
