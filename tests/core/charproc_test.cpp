@@ -4,15 +4,17 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cctype>
 #include <climits>
 #include <clocale>
 #include <cstdlib>
 #include <cwctype>
 #include <memory>
+#include <numeric>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <vector>
 
 #include "tests/reference/text_model.h"
 #include "tests/support/alloc_sweep.h"
@@ -31,22 +33,16 @@ TEST(CharTables, HoldTheLocaleInForce) {
   for (int x = 0; x < 256; ++x) {
     EXPECT_EQ(std::tolower(x), chr_lower_table_ascii[x]) << x;
     EXPECT_EQ(std::toupper(x), chr_upper_table_ascii[x]) << x;
+    const char expected = x >= 'a' && x <= 'z'                        ? 'L'
+                          : x >= 'A' && x <= 'Z'                      ? 'U'
+                          : x >= '0' && x <= '9'                      ? 'D'
+                          : x != 0 && strchr(" \t\r\n", x) != nullptr ? 'W'
+                                                                      : '.';
+    EXPECT_EQ(expected, chr_types_table_ascii[x]) << x;
   }
   for (unsigned int u = 0; u < 65536; ++u) {
     ASSERT_EQ(static_cast<unsigned short>(std::towlower(u)), chr_lower_table_utf16[u]) << u;
     ASSERT_EQ(static_cast<unsigned short>(std::towupper(u)), chr_upper_table_utf16[u]) << u;
-  }
-}
-
-TEST(CharTables, ClassLetters) {
-  for (int x = 0; x < 256; ++x) {
-    const char c = static_cast<char>(x);
-    const char expected = x >= 'a' && x <= 'z'                        ? 'L'
-                          : x >= 'A' && x <= 'Z'                      ? 'U'
-                          : x >= '0' && x <= '9'                      ? 'D'
-                          : x != 0 && strchr(" \t\r\n", c) != nullptr ? 'W'
-                                                                      : '.';
-    EXPECT_EQ(expected, chr_types_table_ascii[x]) << x;
   }
 }
 
@@ -111,32 +107,33 @@ TEST(Search, SingleByteOrUnit) {
 }
 
 TEST(Search, Pattern) {
+  const string_view text = "a\0bABCABD"sv;
   const struct {
-    string_view text, pattern;
+    string_view pattern;
     std::size_t exact, noCase;
-  } rows[] = {{"abc", "", 3, 3},
-              {"abc", {}, 3, 3},
-              {"", "a", 0, 0},
-              {"ABCABD", "abd", reference::none, 3},
-              {"a\0b"sv, "\0B"sv, reference::none, 1},
-              {"xy\xFFz", "\xFFz", 2, 2}};
-  for (const auto& row : rows) {
-    const string_view t = row.text;
-    const string_view p = row.pattern;
-    EXPECT_EQ(row.exact, at(t, strfind(t.data(), sizeOf(t), p.data(), sizeOf(p)))) << t;
-    EXPECT_EQ(row.noCase, at(t, strfind_i_ascii(t.data(), sizeOf(t), p.data(), sizeOf(p)))) << t;
+  } rows[] = {{"", 9, 9}, {{}, 9, 9}, {"abd", reference::none, 6}, {"\0B"sv, reference::none, 1}};
+  for (const auto& [p, exact, noCase] : rows) {
+    EXPECT_EQ(exact, at(text, strfind(text.data(), 9, p.data(), sizeOf(p)))) << p;
+    EXPECT_EQ(noCase, at(text, strfind_i_ascii(text.data(), 9, p.data(), sizeOf(p)))) << p;
   }
   EXPECT_EQ(nullptr, strfind(nullptr, 0, "a", 1));
   EXPECT_EQ(nullptr, strfind_i_ascii(nullptr, 0, nullptr, 0));
 }
 
-TEST(Compare, Bytes) {
-  EXPECT_EQ(0, strcmp0(nullptr, ""));
-  EXPECT_EQ(0, strcmp0(nullptr, nullptr));
-  EXPECT_GT(0, strcmp0(nullptr, "a"));
-  EXPECT_LT(0, strcmp0("b", "a"));
-  EXPECT_LT(0, strcmp0("\xFF", "a"));
+// Null is an empty text; bytes count as unsigned.
+TEST(Compare, ZeroTerminated) {
+  const char* const texts[] = {nullptr, "", "a", "ab", "b", "\xFF"};
+  for (const char* a : texts) {
+    for (const char* b : texts) {
+      const std::string own = a ? a : "";
+      const std::string other = b ? b : "";
+      EXPECT_EQ(reference::sign(own.compare(other)), reference::sign(strcmp0(a, b))) << own;
+      EXPECT_EQ(reference::compareNoCase(own, other), strcmp_i_ascii(a, b)) << own;
+    }
+  }
+}
 
+TEST(Compare, Bytes) {
   EXPECT_EQ(-1, strcompare("ab", 2, "abc", 3));
   EXPECT_EQ(0, strcompare("ab\0c", 4, "ab\0c", 4));
   EXPECT_LT(0, strcompare("\x80", 1, "a", 1));
@@ -150,17 +147,10 @@ TEST(Compare, Bytes) {
 }
 
 TEST(Compare, WithoutCase) {
-  EXPECT_EQ(0, strcmp_i_ascii(nullptr, ""));
-  EXPECT_EQ(0, strcmp_i_ascii("", nullptr));
-  EXPECT_EQ(-1, strcmp_i_ascii(nullptr, "a"));
-  EXPECT_EQ(1, strcmp_i_ascii("a", nullptr));
-  std::string a = "a";
-  std::string b = "Abc";
   for (int pair = 0; pair < 65536; ++pair) {
-    a[0] = static_cast<char>(pair >> 8);
-    b[1] = static_cast<char>(pair);
-    for (const string_view t :
-         {string_view(b), string_view(b).substr(1, 1), string_view(b).substr(1)}) {
+    const std::string a(1, static_cast<char>(pair >> 8));
+    const std::string b = {'a', static_cast<char>(pair), 'c'};
+    for (const string_view t : {string_view(b), string_view(b).substr(1, 1)}) {
       const int expected = reference::compareNoCase(a, t);
       ASSERT_EQ(expected, strcmp_i_ascii(a.data(), a.data() + 1, t.data(), t.data() + t.size()))
           << a << t;
@@ -190,8 +180,7 @@ TEST(Copy, IntoBuffer) {
 TEST(Copy, ToHeap) {
   const std::unique_ptr<char[]> bytes(strnew("a\0b", 3));
   EXPECT_EQ("a\0b\0"sv, string_view(bytes.get(), 4));
-  const std::unique_ptr<char[]> empty(strnew("", 0));
-  EXPECT_STREQ("", empty.get());
+  EXPECT_STREQ("", std::unique_ptr<char[]>(strnew("", 0)).get());
   EXPECT_EQ(nullptr, strnew(static_cast<const char*>(nullptr), 5));
 
   const unsigned short euro[] = {'a', 0x20AC, 0xE9, 0};
@@ -199,10 +188,8 @@ TEST(Copy, ToHeap) {
   EXPECT_EQ(reference::Units({'a', 0x20AC, 0}), reference::Units(units.get(), units.get() + 3));
   EXPECT_EQ(nullptr, strnew16(static_cast<const unsigned short*>(nullptr), 5));
 
-  const std::unique_ptr<char[]> narrow(strnew(euro, euro + 3));
-  EXPECT_STREQ("a\xE2\x82\xAC\xC3\xA9", narrow.get());
-  const std::unique_ptr<char[]> none(strnew(euro, euro));
-  EXPECT_STREQ("", none.get());
+  EXPECT_STREQ("a\xE2\x82\xAC\xC3\xA9", std::unique_ptr<char[]>(strnew(euro, euro + 3)).get());
+  EXPECT_STREQ("", std::unique_ptr<char[]>(strnew(euro, euro)).get());
   EXPECT_EQ(nullptr, strnew(static_cast<const unsigned short*>(nullptr), euro));
   EXPECT_EQ(nullptr, strnew16(static_cast<const char*>(nullptr), "x"));
 }
@@ -213,85 +200,68 @@ TEST(Copy, ToUtf16OfMalformedText) {
     string_view text;
     reference::Units expected;
   } rows[] = {
-      {"", {}},
-      {"a\xC3\xA9\xE2\x82\xAC", {'a', 0xE9, 0x20AC}},
-      {"a\x80z", {'a', 0}},  // a stray byte makes a unit but counts for none
-      {"\x80\x81z", {1}},    // the stray bytes at the start are one character
+      {"", {0}},
+      {"a\xC3\xA9\xE2\x82\xAC", {'a', 0xE9, 0x20AC, 0}},
+      {"a\x80z", {'a', 0, 0}},  // a stray byte makes a unit but counts for none
+      {"\x80\x81z", {1, 0}},    // the stray bytes at the start are one character
   };
-  for (const auto& row : rows) {
-    const char* begin = row.text.data();
-    const std::unique_ptr<unsigned short[]> units(strnew16(begin, begin + row.text.size()));
-    reference::Units expected = row.expected;
-    expected.push_back(0);
+  for (const auto& [text, expected] : rows) {
+    const std::unique_ptr<unsigned short[]> units(strnew16(text.data(), text.data() + text.size()));
     EXPECT_EQ(expected, reference::Units(units.get(), units.get() + expected.size()));
   }
 }
 
+// Appends to the text "abc"; where memory runs out it stays.
 TEST(Copy, Append) {
-  char* s = nullptr;
-  stradd(s, 0, nullptr, 4);
-  EXPECT_EQ(nullptr, s);
-  stradd(s, 0, "abc", 3);
-  EXPECT_STREQ("abc", s);
-  const char* before = s;
-  stradd(s, 3, nullptr, 2);
-  EXPECT_EQ(before, s);
-  stradd(s, 3, "de", 2);
-  EXPECT_STREQ("abcde", s);
+  const struct {
+    const char *before, *add;
+    unsigned int length;
+    const char* after;
+  } rows[] = {{nullptr, nullptr, 4, nullptr},
+              {nullptr, "abc", 2, "ab"},
+              {"abc", nullptr, 2, "abc"},
+              {"abc", "de", 2, "abcde"},
+              {"abc", "", 0, "abc"}};
+  for (const auto& row : rows) {
+    cc::test::sweepAllocations([&](cc::test::AllocSweep& sweep) {
+      const unsigned int length = row.before ? 3 : 0;
+      char* s = strnew(row.before, length);
+      const bool done = sweep.attempt([&] { stradd(s, length, row.add, row.length); });
+      EXPECT_STREQ(done ? row.after : row.before, s);
+      delete[] s;
+    });
+  }
+  char* s = strnew("abcde", 5);
   stradd(s, 5, s + 1, 3);  // from its own text
   EXPECT_STREQ("abcdebcd", s);
   stradd(s, 2, "", 0);  // the length is trusted
   EXPECT_STREQ("ab", s);
-  delete[] s;
-}
-
-TEST(Copy, FailedAllocationLeavesTheText) {
-  cc::test::sweepAllocations([](cc::test::AllocSweep& sweep) {
-    char* s = nullptr;
-    if (sweep.attempt([&] { s = strnew("abc", 3); })) {
-      const bool done = sweep.attempt([&] { stradd(s, 3, "de", 2); });
-      EXPECT_STREQ(done ? "abcde" : "abc", s);
-    }
-    delete[] s;
-  });
-  char* s = strnew("abc", 3);
-  EXPECT_THROW(stradd(s, 3, "x", UINT_MAX - 2), std::bad_alloc);
-  EXPECT_THROW(stradd(s, 3, "x", INT_MAX - 2), std::bad_alloc);
-  EXPECT_STREQ("abc", s);
+  EXPECT_THROW(stradd(s, 2, "x", UINT_MAX - 1), std::bad_alloc);
+  EXPECT_THROW(stradd(s, 2, "x", INT_MAX - 2), std::bad_alloc);
+  EXPECT_STREQ("ab", s);
   delete[] s;
   EXPECT_THROW(strnew("x", UINT_MAX), std::bad_alloc);
   EXPECT_THROW(strnew16(empty_string16, INT_MAX / 2 + 1), std::bad_alloc);
 }
 
-TEST(Case, EveryByteAndUnit) {
-  std::string bytes;
-  for (int x = 0; x < 256; ++x) bytes += static_cast<char>(x);
-  std::string mapped = bytes;
-  EXPECT_EQ(mapped.data() + 256, strlw_ascii(mapped.data(), mapped.data() + 256));
-  EXPECT_EQ(std::string(std::begin(chr_lower_table_ascii), std::end(chr_lower_table_ascii)),
-            mapped);
-  mapped = bytes;
-  EXPECT_EQ(mapped.data() + 256, strup_ascii(mapped.data(), mapped.data() + 256));
-  EXPECT_EQ(std::string(std::begin(chr_upper_table_ascii), std::end(chr_upper_table_ascii)),
-            mapped);
-  reference::Units all(65536);
-  for (std::size_t u = 0; u < 65536; ++u) all[u] = static_cast<unsigned short>(u);
-  reference::Units units = all;
-  EXPECT_EQ(units.data() + 65536, strlw_utf16(units.data(), units.data() + 65536));
-  EXPECT_TRUE(std::equal(units.begin(), units.end(), chr_lower_table_utf16));
-  units = all;
-  EXPECT_EQ(units.data() + 65536, strup_utf16(units.data(), units.data() + 65536));
-  EXPECT_TRUE(std::equal(units.begin(), units.end(), chr_upper_table_utf16));
+/// Maps every element at once, and none of an empty range.
+template <class Char, class Map, std::size_t N>
+void expectMapped(Map map, const Char (&table)[N]) {
+  using Element = std::conditional_t<sizeof(Char) == 1, char, Char>;
+  std::vector<Element> all(N);
+  std::iota(all.begin(), all.end(), Element{});
+  Element* const begin = all.data();
+  EXPECT_EQ(begin + 'B', map(begin + 'B', begin + 'B'));
+  EXPECT_EQ(begin + 'b', map(begin + 'b', begin));
+  EXPECT_EQ(begin + N, map(begin, begin + N));
+  for (std::size_t x = 0; x < N; ++x) ASSERT_EQ(static_cast<Element>(table[x]), all[x]) << x;
 }
 
-TEST(Case, EmptyRange) {
-  char text[] = "aB";
-  unsigned short units[] = {'a', 'B'};
-  EXPECT_EQ(text + 1, strlw_ascii(text + 1, text + 1));
-  EXPECT_EQ(text + 1, strup_ascii(text + 1, text));
-  EXPECT_EQ(units + 1, strlw_utf16(units + 1, units));
-  EXPECT_EQ(units, strup_utf16(units, units));
-  EXPECT_STREQ("aB", text);
+TEST(Case, EveryByteAndUnit) {
+  expectMapped(strlw_ascii, chr_lower_table_ascii);
+  expectMapped(strup_ascii, chr_upper_table_ascii);
+  expectMapped(strlw_utf16, chr_lower_table_utf16);
+  expectMapped(strup_utf16, chr_upper_table_utf16);
 }
 
 }  // namespace
