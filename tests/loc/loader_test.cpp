@@ -1,10 +1,10 @@
-// Both loaders on good, damaged and hostile files, in both byte orders.
+// Both loaders on good, damaged and hostile files, in both byte orders, with every allocation
+// failing once.
 #include <gtest/gtest.h>
 
 #include <climits>
 
 #include "cc_loc_loader.h"
-#include "id_loc_loader.h"
 #include "loc_support.h"
 #include "tests/support/alloc_sweep.h"
 
@@ -14,47 +14,45 @@ using cc::test::AllocSweep;
 using loc_test::LngFile;
 using loc_test::MemoryFile;
 
-// Both loaders with old texts in place; a load must change all of them or none.
-class Loaders {
- public:
-  Loaders() {
-    MemoryFile old(LngFile({"old 0", "old 1"}, 5).bytes());
-    EXPECT_EQ(0, load(old, {2, 8, 5}));
-    EXPECT_EQ("old 0|old 1", texts());
-  }
-
-  // The code of both, which must be the same one.
-  int load(MemoryFile& file, IDLocLoader::Localization info) {
-    const char** targets[] = {&variables[0], &variables[1]};
-    CCLocLoader::Localization record = {info.count, info.encoding, info.stamp, targets};
-    const int code = numbered.load(file.get(), info);
-    EXPECT_EQ(code, loader.load(file.get(), record));
-    return code;
-  }
-
-  // "first|second" of both, which must agree.
-  std::string texts() const {
-    std::string both = std::string(numbered.getString(0)) + "|" + numbered.getString(1);
-    EXPECT_EQ(both, std::string(variables[0]) + "|" + variables[1]);
-    EXPECT_EQ(nullptr, numbered.getString(2));
-    EXPECT_EQ(nullptr, numbered.getString(-1));
-    return both;
-  }
-
- private:
-  IDLocLoader numbered;
-  CCLocLoader loader;
-  const char* variables[2] = {nullptr, nullptr};
-};
-
+constexpr char oldTexts[] = "old 0|old 1";
 const LngFile good({"ab", "cd"});
 constexpr IDLocLoader::Localization record = {2, 8, 77};
 
-template <class Change>
-LngFile changed(Change change) {
-  LngFile file = good;
-  change(file);
-  return file;
+template <class Strings>
+std::string bothOf(Strings stringAt) {
+  return std::string(stringAt(0)) + "|" + stringAt(1);
+}
+
+// Loads the bytes with both loaders, which hold old texts. A load that comes to 0 leaves `texts`,
+// any other the old ones, and only missing memory may come to another code.
+void expectLoad(int code, const std::string& bytes, IDLocLoader::Localization info = record,
+                const std::string& texts = oldTexts) {
+  MemoryFile old(LngFile({"old 0", "old 1"}, 5).bytes());
+  MemoryFile file(bytes);
+  cc::test::sweepAllocations([&](AllocSweep& sweep) {
+    IDLocLoader numbered;
+    CCLocLoader named;
+    const char* variables[2] = {};
+    const char** targets[] = {&variables[0], &variables[1]};
+    IDLocLoader::Localization before = {2, 8, 5};
+    CCLocLoader::Localization namedBefore = {2, 8, 5, targets};
+    ASSERT_EQ(0, numbered.load(old.get(), before) + named.load(old.get(), namedBefore));
+
+    CCLocLoader::Localization namedInfo = {info.count, info.encoding, info.stamp, targets};
+    int codes[2] = {-1, -1};
+    EXPECT_TRUE(sweep.attempt([&] { codes[0] = numbered.load(file.get(), info); }));
+    EXPECT_TRUE(sweep.attempt([&] { codes[1] = named.load(file.get(), namedInfo); }));
+    const std::string found[] = {bothOf([&](int i) { return numbered.getString(i); }),
+                                 bothOf([&](int i) { return variables[i]; })};
+    for (int i = 0; i < 2; ++i) {
+      if (!sweep.hasFailed() || codes[i] != 7) {
+        EXPECT_EQ(code, codes[i]);
+      }
+      EXPECT_EQ(codes[i] == 0 ? texts : oldTexts, found[i]);
+    }
+    EXPECT_TRUE(!sweep.hasFailed() || codes[0] == 7 || codes[1] == 7);
+    for (const int i : {INT_MIN, -1, 2, INT_MAX}) EXPECT_EQ(nullptr, numbered.getString(i));
+  });
 }
 
 TEST(Loaders, GiveTheDescribedCodes) {
@@ -62,43 +60,41 @@ TEST(Loaders, GiveTheDescribedCodes) {
   const struct {
     int code;
     const char* what;
-    LngFile file;
+    void (*change)(LngFile& f);
     const char* texts = "ab|cd";
   } rows[] = {
-      {0, "as it should be", good},
+      {0, "as it should be", [](LngFile&) {}},
       // one word of the header
-      {2, "zero word", changed([](LngFile& f) { f.zero = 1; })},
-      {2, "magic", changed([](LngFile& f) { f.magic ^= 1; })},
-      {3, "version 0", changed([](LngFile& f) { f.version = 0; })},
-      {3, "version 2", changed([](LngFile& f) { f.version = 2; })},
-      {4, "encoding 16", changed([](LngFile& f) { f.encoding = 16; })},
-      {5, "stamp off by one", changed([](LngFile& f) { f.stamp = 78; })},
-      {2, "count too large", changed([](LngFile& f) { f.count = 3; })},
-      {2, "count negative", changed([](LngFile& f) { f.count = negative; })},
-      {2, "pool size 0", changed([](LngFile& f) { f.poolSize = 0; })},
-      {2, "pool size negative", changed([](LngFile& f) { f.poolSize = negative; })},
+      {2, "zero word", [](LngFile& f) { f.zero = 1; }},
+      {2, "magic", [](LngFile& f) { f.magic ^= 1; }},
+      {3, "version 0", [](LngFile& f) { f.version = 0; }},
+      {3, "version 2", [](LngFile& f) { f.version = 2; }},
+      {4, "encoding 16", [](LngFile& f) { f.encoding = 16; }},
+      {5, "stamp off by one", [](LngFile& f) { f.stamp = 78; }},
+      {2, "count too large", [](LngFile& f) { f.count = 3; }},
+      {2, "pool size 0", [](LngFile& f) { f.poolSize = 0; }},
+      {2, "pool size negative", [](LngFile& f) { f.poolSize = negative; }},
       // the first wrong word decides
-      {5, "stamp and count", changed([](LngFile& f) { f.stamp = 0, f.count = 0; })},
+      {5, "stamp and count", [](LngFile& f) { f.stamp = 0, f.count = 0; }},
       // offsets and terminators
-      {2, "offset at the pool's end", changed([](LngFile& f) { f.offsets[1] = 6; })},
-      {2, "offset negative", changed([](LngFile& f) { f.offsets[0] = UINT32_MAX; })},
-      {2, "offset most negative", changed([](LngFile& f) { f.offsets[0] = negative; })},
-      {2, "no terminator at all", changed([](LngFile& f) { f.pool = "abcdef"; })},
-      {0, "shared texts", changed([](LngFile& f) { f.offsets[0] = 3; }), "cd|cd"},
-      {0, "text inside another", changed([](LngFile& f) { f.offsets[0] = 1; }), "b|cd"},
-      {0, "end of a text", changed([](LngFile& f) { f.offsets[1] = 5; }), "ab|"},
-      {0, "bytes behind the texts", changed([](LngFile& f) { f.pool += "junk", f.poolSize = 10; })},
-      {0, "bytes behind the pool", changed([](LngFile& f) { f.pool += "junk"; })},
+      {2, "offset at the pool's end", [](LngFile& f) { f.offsets[1] = 6; }},
+      {2, "offset negative", [](LngFile& f) { f.offsets[0] = UINT32_MAX; }},
+      {2, "offset most negative", [](LngFile& f) { f.offsets[0] = negative; }},
+      {2, "no terminator at all", [](LngFile& f) { f.pool = "abcdef"; }},
+      {0, "shared texts", [](LngFile& f) { f.offsets[0] = 3; }, "cd|cd"},
+      {0, "text inside another", [](LngFile& f) { f.offsets[0] = 1; }, "b|cd"},
+      {0, "end of a text", [](LngFile& f) { f.offsets[1] = 5; }, "ab|"},
+      {0, "bytes behind the texts", [](LngFile& f) { f.pool += "junk", f.poolSize = 10; }},
+      {0, "bytes behind the pool", [](LngFile& f) { f.pool += "junk"; }},
       // a header that promises more than there is
-      {6, "pool cut", changed([](LngFile& f) { f.poolSize = 7; })},
+      {6, "pool cut", [](LngFile& f) { f.poolSize = 7; }},
   };
   for (const auto& row : rows) {
     for (const bool bigEndian : {false, true}) {
       SCOPED_TRACE(std::string(row.what) + (bigEndian ? ", other byte order" : ""));
-      Loaders loaders;
-      MemoryFile file(row.file.bytes(bigEndian));
-      EXPECT_EQ(row.code, loaders.load(file, record));
-      EXPECT_EQ(row.code == 0 ? row.texts : "old 0|old 1", loaders.texts());
+      LngFile file = good;
+      row.change(file);
+      expectLoad(row.code, file.bytes(bigEndian), record, row.texts);
     }
   }
 }
@@ -107,11 +103,17 @@ TEST(Loaders, RefuseEveryPrefix) {
   for (const bool bigEndian : {false, true}) {
     const std::string whole = good.bytes(bigEndian);
     for (std::size_t n = 0; n < whole.size(); ++n) {
-      Loaders loaders;
-      MemoryFile file(whole.substr(0, n));
-      EXPECT_EQ(6, loaders.load(file, record)) << n;
-      EXPECT_EQ("old 0|old 1", loaders.texts()) << n;
+      SCOPED_TRACE(n);
+      expectLoad(6, whole.substr(0, n));
     }
+  }
+}
+
+TEST(Loaders, LeaveEverythingForACountOfZero) {
+  for (const int count : {0, -1}) {
+    LngFile empty;
+    empty.count = static_cast<std::uint32_t>(count);
+    expectLoad(0, empty.bytes().substr(0, 24), {count, 8, 77});  // no pool size is even there
   }
 }
 
@@ -120,6 +122,9 @@ TEST(Loaders, ReadFromTheFilePositionAndNoFurther) {
   std::FILE* stream = file.get();
   std::fseek(stream, 6, SEEK_SET);
   IDLocLoader loader;
+  EXPECT_EQ(nullptr, loader.pool);
+  EXPECT_EQ(nullptr, loader.strings);
+  EXPECT_EQ(nullptr, loader.getString(0));
   IDLocLoader::Localization info = record;
   EXPECT_EQ(0, loader.load(stream, info));
   char rest[7] = "";
@@ -127,62 +132,19 @@ TEST(Loaders, ReadFromTheFilePositionAndNoFurther) {
   EXPECT_STREQ("behind", rest);
 }
 
-TEST(Loaders, LeaveEverythingForACountOfZero) {
-  for (const int count : {0, -1}) {
-    LngFile empty;
-    empty.count = static_cast<std::uint32_t>(count);
-    Loaders loaders;
-    MemoryFile file(empty.bytes().substr(0, 24));  // the pool size is not even there
-    EXPECT_EQ(0, loaders.load(file, {count, 8, 77}));
-    EXPECT_EQ("old 0|old 1", loaders.texts());
-  }
-  IDLocLoader fresh;
-  EXPECT_EQ(nullptr, fresh.pool);
-  EXPECT_EQ(nullptr, fresh.strings);
-  EXPECT_EQ(nullptr, fresh.getString(0));
-}
-
 TEST(Loaders, DoNotBelieveHugeSizes) {
   // Whether so much memory can be had decides between 6 and 7.
-  for (const std::uint32_t size : {0x7FFFFFFFu, 0x40000000u}) {
-    Loaders loaders;
-    MemoryFile file(changed([=](LngFile& f) { f.poolSize = size; }).bytes());
-    const int code = loaders.load(file, record);
-    EXPECT_TRUE(code == 6 || code == 7) << code;
-    EXPECT_EQ("old 0|old 1", loaders.texts());
-  }
-  LngFile many = good;
-  many.count = 0x7FFFFFFF;
-  MemoryFile file(many.bytes());
-  IDLocLoader loader;
-  IDLocLoader::Localization info = {INT_MAX, 8, 77};
-  const int code = loader.load(file.get(), info);
-  EXPECT_TRUE(code == 6 || code == 7) << code;
-}
-
-TEST(Loaders, ReportMissingMemoryAndKeepTheirTexts) {
-  MemoryFile file(good.bytes());
-  MemoryFile old(LngFile({"old 0", "old 1"}, 5).bytes());
-  cc::test::sweepAllocations([&](AllocSweep& sweep) {
+  for (const std::uint32_t size : {0x7FFFFFFFu, 0x40000000u, 0u}) {
+    LngFile file = good;
+    if (size == 0) file.count = INT_MAX;
+    if (size != 0) file.poolSize = size;
+    MemoryFile stream(file.bytes());
     IDLocLoader loader;
-    IDLocLoader::Localization before = {2, 8, 5};
-    ASSERT_EQ(0, loader.load(old.get(), before));
-    IDLocLoader::Localization info = record;
-    int code = -1;
-    EXPECT_TRUE(sweep.attempt([&] { code = loader.load(file.get(), info); }));
-    EXPECT_EQ(sweep.hasFailed() ? 7 : 0, code);
-    EXPECT_STREQ(sweep.hasFailed() ? "old 0" : "ab", loader.getString(0));
-  });
-  cc::test::sweepAllocations([&](AllocSweep& sweep) {
-    CCLocLoader loader;
-    const char* variables[] = {"untouched", "untouched"};
-    const char** targets[] = {&variables[0], &variables[1]};
-    CCLocLoader::Localization info = {2, 8, 77, targets};
-    int code = -1;
-    EXPECT_TRUE(sweep.attempt([&] { code = loader.load(file.get(), info); }));
-    EXPECT_EQ(sweep.hasFailed() ? 7 : 0, code);
-    EXPECT_STREQ(sweep.hasFailed() ? "untouched" : "ab", variables[0]);
-  });
+    IDLocLoader::Localization info = {static_cast<int>(file.count), 8, 77};
+    const int code = loader.load(stream.get(), info);
+    EXPECT_TRUE(code == 6 || code == 7) << code;
+    EXPECT_EQ(nullptr, loader.getString(0));
+  }
 }
 
 }  // namespace

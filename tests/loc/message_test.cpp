@@ -71,34 +71,47 @@ TEST(Message, CopiesAllBytesWhereverTheCursorStands) {
             moved.getBag().getSize());  // NOLINT(bugprone-use-after-move,*-analyzer-cplusplus.Move)
 }
 
-TEST(Message, TakesItsOwnBytesAsSource) {
+// Each on the message of the text "ab", in a buffer of exactly its size: appending moves it. Where
+// memory runs out it is as it was.
+TEST(Message, TakesAllOrNothing) {
+  static const std::string text(300, 'x');
+  static const std::string before(
+      "\xFF\xFF\xFF\xFF"
+      "ab\0",
+      7);
+  static const std::string aligned = before + '\0';
+  static const std::string entry = aligned + "\xFF\xFF\xFF\xFF";
+  static const auto own = [](TTT& m) { return m.getBag().getBuffer() + 4; };
   const struct {
     const char* what;
     void (*append)(TTT& message);
-    const char* bytes;
+    std::string after;
   } rows[] = {
-      {"its bag", [](TTT& m) { m <= m.getBag(); }, "FF FF FF FF 61 62 00 00 FF FF FF FF 61 62 00"},
-      {"its text", [](TTT& m) { m <= m.getBag().getBuffer() + 4; },
-       "FF FF FF FF 61 62 00 00 FF FF FF FF 61 62 00"},
-      {"a slice",
-       [](TTT& m) { m <= ChPair(m.getBag().getBuffer() + 5, m.getBag().getBuffer() + 6); },
-       "FF FF FF FF 61 62 00 00 FF FF FF FF 62 00"},
-      {"an argument", [](TTT& m) { m << m.getBag().getBuffer() + 4; },
-       "FF FF FF FF 61 62 00 61 62 00"},
-      {"assignment", [](TTT& m) { m = m.getBag(); }, "FF FF FF FF 61 62 00"},
-      {"moved to itself",
-       [](TTT& m) {
-         TTT& same = m;
-         m = std::move(same);
-       },
-       "FF FF FF FF 61 62 00"},
+      {"literal", [](TTT& m) { m <= text.c_str(); }, entry + text + '\0'},
+      {"slice", [](TTT& m) { m <= ChPair(text.c_str()); }, entry + text + '\0'},
+      {"argument", [](TTT& m) { m << text.c_str(); }, before + text + '\0'},
+      {"number", [](TTT& m) { m << 1; }, aligned + std::string("\1\0\0\0", 4)},
+      {"message", [](TTT& m) { m <= TTT(text); }, entry + text + '\0'},
+      {"bag", [](TTT& m) { m <= bagOf(text); }, aligned + text},
+      {"assignment", [](TTT& m) { m = bagOf(text); }, text},
+      // its own bytes
+      {"itself", [](TTT& m) { m <= m; }, aligned + before},
+      {"its bag", [](TTT& m) { m <= m.getBag(); }, aligned + before},
+      {"its text", [](TTT& m) { m <= own(m); }, aligned + before},
+      {"its slice", [](TTT& m) { m <= ChPair(own(m) + 1, own(m) + 2); }, entry + 'b' + '\0'},
+      {"its argument", [](TTT& m) { m << own(m); }, before + "ab" + '\0'},
+      {"its assignment", [](TTT& m) { m = m.getBag(); }, before},
+      {"its move", [](TTT& m) { m = static_cast<TTT&&>(m); }, before},
   };
   for (const auto& row : rows) {
-    TTT message;
-    message = TTT("ab").getBag();  // a buffer of exactly the data's size: appending moves it
-    row.append(message);
-    EXPECT_EQ(row.bytes, hex(bytesOf(message.getBag()))) << row.what;
-    EXPECT_EQ(message.getBag().getSize(), message.getBag().getPosition()) << row.what;
+    SCOPED_TRACE(row.what);
+    cc::test::sweepAllocations([&](cc::test::AllocSweep& sweep) {
+      TTT message;
+      message = TTT("ab").getBag();
+      const bool done = sweep.attempt([&] { row.append(message); });
+      EXPECT_EQ(done ? row.after : before, bytesOf(message.getBag()));
+      EXPECT_EQ(message.getBag().getSize(), message.getBag().getPosition());
+    });
   }
 }
 
@@ -129,34 +142,6 @@ TEST(Message, ReportsTheNumbersOfItsFirstEntry) {
     EXPECT_EQ(row.code, code) << hex(row.bytes);
     EXPECT_EQ(row.result, message.getErrorCode(nullptr, nullptr)) << hex(row.bytes);
     EXPECT_EQ(static_cast<int>(row.bytes.size()), message.getBag().getPosition());
-  }
-}
-
-TEST(Message, StaysWholeWhenMemoryRunsOut) {
-  const Bag other = bagOf(std::string(300, 'x') + '\0');
-  const struct {
-    const char* what;
-    void (*append)(TTT& message, const Bag& bag);
-  } rows[] = {
-      {"literal", [](TTT& m, const Bag& bag) { m <= bag.getBuffer(); }},
-      {"slice", [](TTT& m, const Bag& bag) { m <= ChPair(bag.getBuffer()); }},
-      {"argument", [](TTT& m, const Bag& bag) { m << bag.getBuffer(); }},
-      {"number", [](TTT& m, const Bag&) { m << 1; }},
-      {"message", [](TTT& m, const Bag& bag) { m <= TTT(bag.getBuffer()); }},
-      {"bag", [](TTT& m, const Bag& bag) { m <= bag; }},
-      {"itself", [](TTT& m, const Bag&) { m <= m; }},
-      {"assignment", [](TTT& m, const Bag& bag) { m = bag; }},
-  };
-  for (const auto& row : rows) {
-    cc::test::sweepAllocations([&](cc::test::AllocSweep& sweep) {
-      TTT message;
-      message = TTT("ab").getBag();
-      const bool done = sweep.attempt([&] { row.append(message, other); });
-      if (!done) {
-        EXPECT_EQ("FF FF FF FF 61 62 00", hex(bytesOf(message.getBag()))) << row.what;
-      }
-      EXPECT_EQ(message.getBag().getSize(), message.getBag().getPosition()) << row.what;
-    });
   }
 }
 
