@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <memory>
 
 #include "chpair.h"
 #include "loc_loader.h"
@@ -43,6 +42,14 @@ std::string rendered(const TTT& message, IDLocLoader& dictionary) {
   return out;
 }
 
+// What the plain walk makes of the bytes, as `rendered` gives it.
+std::string modelled(std::string_view bytes, const std::vector<std::string>& texts) {
+  loc_test::RenderModel model(bytes, texts);
+  const std::optional<std::string> text = model.render();
+  return text ? *text : model.out + "!";
+}
+
+// Each message is rendered whole, and cut behind each of its bytes as the plain walk does it.
 TEST(Rendering, ExpandsPlaceholders) {
   const TTT entry(LocDictionary3, 0);
   const struct {
@@ -51,14 +58,15 @@ TEST(Rendering, ExpandsPlaceholders) {
     const char* text;
   } rows[] = {
       {{}, TTT("ab") <= "cd", "abcd"},
-      {{"plain"}, entry, "plain"},
       {{"x", "y", "plain"}, words({2}), "plain"},
       {{"plain"}, (TTT(entry) <= entry) <= "!", "plainplain!"},
+      {{"a%d b%s c%i%% %u", "e"},
+       (TTT(entry) << -1 << "x" << 1 << 9) <= words({1}),
+       "a-1 bx ce% 9e"},
       // numbers
       {{"%d%%%u"}, TTT(entry) << -5 << -5, "-5%4294967291"},
       {{"%d %d"}, TTT(entry) << INT32_MIN << INT32_MAX, "-2147483648 2147483647"},
       // texts are not aligned, words are
-      {{"%s%d"}, TTT(entry) << "abc" << 7, "abc7"},
       {{"%s%d[%s]"}, TTT(entry) << "abcd" << 7 << "%d", "abcd7[%d]"},
       // other messages stay as they are
       {{"%i and %d", "100%% %d"}, TTT(entry) << 1 << 2, "100%% %d and 2"},
@@ -77,12 +85,14 @@ TEST(Rendering, ExpandsPlaceholders) {
       {{}, TTT("ab") <= words({0}), notLoaded},
   };
   for (const auto& row : rows) {
-    IDLocLoader empty;
-    std::unique_ptr<Dictionary> loaded;
-    if (!row.texts.empty()) loaded = std::make_unique<Dictionary>(row.texts);
-    EXPECT_EQ(row.text, rendered(row.message, loaded ? *loaded : empty))
-        << hex(bytesOf(row.message.getBag())) << " with "
-        << (row.texts.empty() ? "nothing" : row.texts[0]);
+    Dictionary dictionary(row.texts);
+    const std::string_view bytes = bytesOf(row.message.getBag());
+    EXPECT_EQ(row.text, rendered(row.message, dictionary)) << hex(bytes);
+    for (std::size_t n = 0; n <= bytes.size(); ++n) {
+      const TTT prefix(Bag(bytes.data(), static_cast<int>(n)));
+      EXPECT_EQ(modelled(bytes.substr(0, n), row.texts), rendered(prefix, dictionary))
+          << n << " of " << hex(bytes);
+    }
   }
 }
 
@@ -113,19 +123,14 @@ TEST(Rendering, TakesTheSlotOfEachEntry) {
     TTT::make(nullptr, row.message.getBag(), out, true);
     EXPECT_EQ(notLoaded, out) << row.what;
   }
-  std::string out;
-  TTT::make(nullptr, (TTT("ab") <= "cd").getBag(), out, true);
-  EXPECT_EQ("abcd", out);
-}
-
-TEST(Rendering, ReadsAMessageThatNobodyMayChange) {
-  const TTT text("text");
-  Bag moved = text.getBag();
+  Bag moved = TTT("a text needs no slot").getBag();
   moved.setPosition(2);
-  std::string out;
-  TTT::make(nullptr, moved, out, false);
-  EXPECT_EQ("text", out);
-  EXPECT_EQ(2, moved.getPosition());
+  for (const bool multi : {false, true}) {
+    std::string out;
+    TTT::make(nullptr, moved, out, multi);
+    EXPECT_EQ("a text needs no slot", out);
+    EXPECT_EQ(2, moved.getPosition());
+  }
 }
 
 std::string commonCoreFile() {
@@ -136,16 +141,15 @@ std::string commonCoreFile() {
 
 class OnTheSpot : public testing::Test {
  protected:
-  OnTheSpot() { TTT::dictionaries[3] = nullptr; }
+  OnTheSpot() {
+    etc.put("common_core.eng.lng", commonCoreFile());
+    TTT::dictionaries[3] = nullptr;
+  }
 
   std::string render() const {
     std::string out = "old";
     message.makeMulti(out);
     return out;
-  }
-  std::string missing() const {
-    return "Localization loading failed: Could not find or access localization\n(file: " +
-           etc.path + "common_core.eng.lng)";
   }
 
   const EtcDir etc;
@@ -153,38 +157,34 @@ class OnTheSpot : public testing::Test {
   const TTT message = TTT("error") <= (TTT(LocDictionaryCommonCore, 25) << "ab");
 };
 
-TEST_F(OnTheSpot, LoadsEnglish) {
-  etc.put("common_core.eng.lng", commonCoreFile());
+TEST_F(OnTheSpot, LoadsEnglishOnce) {
   EXPECT_EQ("error\nFile: ab", render());
   etc.put("common_core.eng.lng", "damaged");
-  EXPECT_EQ("error\nFile: ab", render()) << "it is loaded once";
-}
-
-TEST_F(OnTheSpot, NeedsTheLibrarysOwnTable) {
+  EXPECT_EQ("error\nFile: ab", render());
   etc.put("common_core.eng.lng", commonCoreFile());
-  IDLocLoader* slots[5] = {};
-  std::string out;
-  TTT::make(slots, message.getBag(), out, true);
-  EXPECT_EQ(notLoaded, out);
-  EXPECT_EQ(nullptr, slots[3]);
-  std::filesystem::remove(etc.path + "common_core.eng.lng");
-  TTT::make(slots, message.getBag(), out, true);
-  EXPECT_EQ(missing(), out);
-}
-
-TEST_F(OnTheSpot, KeepsOneModule) {
-  etc.put("common_core.eng.lng", commonCoreFile());
-  render();
   const std::size_t blocks = cc::test::liveBlocks();
   for (int i = 0; i < 40; ++i) {
     TTT::dictionaries[3] = nullptr;
     EXPECT_EQ("error\nFile: ab", render());
   }
-  EXPECT_EQ(blocks, cc::test::liveBlocks());
+  EXPECT_EQ(blocks, cc::test::liveBlocks()) << "by one module";
+}
+
+TEST_F(OnTheSpot, NeedsTheLibrarysOwnTable) {
+  IDLocLoader* slots[5] = {};
+  std::string out;
+  TTT::make(slots, message.getBag(), out, true);
+  EXPECT_EQ(notLoaded, out);
+  EXPECT_EQ(nullptr, slots[3]);
+  const std::string file = etc.path + "common_core.eng.lng";
+  std::filesystem::remove(file);
+  TTT::make(slots, message.getBag(), out, true);
+  EXPECT_EQ(
+      "Localization loading failed: Could not find or access localization\n(file: " + file + ")",
+      out);
 }
 
 TEST_F(OnTheSpot, CanBeTriedAgainAfterMemoryRanOut) {
-  etc.put("common_core.eng.lng", commonCoreFile());
   render();
   cc::test::sweepAllocations([&](AllocSweep& sweep) {
     TTT::dictionaries[3] = nullptr;
@@ -218,7 +218,6 @@ __attribute__((destructor)) void afterAll() {
 }
 
 TEST_F(OnTheSpot, WorksDuringProcessExit) {
-  etc.put("common_core.eng.lng", commonCoreFile());
   EXPECT_EXIT(
       {
         render();
@@ -230,25 +229,6 @@ TEST_F(OnTheSpot, WorksDuringProcessExit) {
       "atexit: text. static object: text. "
       "after all: Some .loc dictionary is not loaded. "
       "without slot: Some .loc dictionary is not loaded. ");
-}
-
-// What the plain walk makes of the bytes, as `rendered` gives it.
-std::string modelled(std::string_view bytes, const std::vector<std::string>& texts) {
-  loc_test::RenderModel model(bytes, texts);
-  const std::optional<std::string> text = model.render();
-  return text ? *text : model.out + "!";
-}
-
-TEST(Rendering, StaysInsideEveryPrefix) {
-  const std::vector<std::string> texts = {"a%d b%s c%i%% %u", "e"};
-  Dictionary dictionary(texts);
-  const TTT whole =
-      (TTT("head") <= (TTT(LocDictionary3, 0) << -1 << "xyz" << 1 << 9)) <= words({1});
-  const std::string_view bytes = bytesOf(whole.getBag());
-  for (std::size_t n = 0; n <= bytes.size(); ++n) {
-    const TTT prefix(Bag(bytes.data(), static_cast<int>(n)));
-    EXPECT_EQ(modelled(bytes.substr(0, n), texts), rendered(prefix, dictionary)) << n;
-  }
 }
 
 TEST(Rendering, PassesMissingMemoryOn) {

@@ -33,13 +33,6 @@ TEST(Texts, ReadAsOneMessage) {
        "Das Dokument enthält einen Fehler.\nIn einem Tag fehlt der Elementname. * geschrieben.\n"
        "Datei: settings.xml\nZeile 2, Spalte 5",
        "Die Datei konnte nicht geöffnet werden.\nDatei: /none/file\nSystemmeldung: *"},
-      {"fra", "Le document * 2, colonne 5", "Impossible d’ouvrir le fichier.\n*"},
-      {"spa", "El documento * 2, columna 5", "No se pudo abrir el archivo.\n*"},
-      {"rus", "Документ содержит * 2, столбец 5", "Не удалось открыть файл.\n*"},
-      {"ita", "Il documento * 2, colonna 5", "Impossibile aprire il file.\n*"},
-      {"por", "O documento * 2, coluna 5", "Não foi possível abrir o arquivo.\n*"},
-      {"pol", "Dokument zawiera * 2, kolumna 5", "Nie udało się otworzyć pliku.\n*"},
-      {"ukr", "Документ містить * 2, стовпець 5", "Не вдалося відкрити файл.\n*"},
       {"zho", "文档包含错误。\n*\n文件：settings.xml\n第 2 行，第 5 列",
        "无法打开文件。\n文件：/none/file\n系统消息：*"},
   };
