@@ -27,7 +27,7 @@ BLOCK = re.compile(r"^```(.*)\n((?:.*\n)*?)```$", re.M)
 FENCE = re.compile(r"(\w+)?((?: +[\w]+=[^\s=]+)*)[ \t]*")
 LINK = re.compile(r"\]\(([^)#:]+)[^)]*\)")
 NAMED = re.compile(r"`([\w.-]+/[\w./-]+)`")
-MARK = re.compile(r"^\s*(?://|#|<!--) \[(/?)([\w-]+)\](?: -->)?$\n?", re.M)
+MARK = re.compile(r"^[ \t]*(?://|#|<!--) \[(/?)([\w-]+)\](?: -->)?$\n?", re.M)
 
 FOLDERS = {path.name for path in ROOT.iterdir() if path.is_dir()} - {"build"}
 
