@@ -46,6 +46,14 @@ class BagCalls {
     if (!s.empty()) std::memcpy(at, s.data(), s.size());
   }
 
+  // Makes the call on the bag; what the model comes to goes through.
+  template <class Action>
+  Result both(const char* what, Action&& action, Result expected) {
+    name = what;
+    actual = resultOf(action);
+    return expected;
+  }
+
   Result call() {
     const std::string s = text();
     const auto n = static_cast<int>(s.size());
@@ -54,92 +62,77 @@ class BagCalls {
     expectedRead.clear();
     switch (number(0, 13)) {
       case 0:
-        name = "putData";
-        actual = resultOf([&] { bag.putData(s.data(), n); });
-        return model.put(s, 1);
+        return both(
+            "putData", [&] { bag.putData(s.data(), n); }, model.put(s, 1));
       case 1:
-        name = "putDataPtr";
-        actual = resultOf([&] { fill(bag.putDataPtr(n), s); });
-        return model.put(s, 1);
+        return both(
+            "putDataPtr", [&] { fill(bag.putDataPtr(n), s); }, model.put(s, 1));
       case 2:
-        name = "putDataPtrAligned";
-        actual = resultOf([&] { fill(bag.putDataPtrAligned(n, align), s); });
-        return model.put(s, align);
+        return both(
+            "putDataPtrAligned", [&] { fill(bag.putDataPtrAligned(n, align), s); },
+            model.put(s, align));
       case 3:
-        name = "putDataAligned";
-        actual = resultOf([&] { bag.putDataAligned(s.data(), n, align); });
-        return model.put(s, align);
+        return both(
+            "putDataAligned", [&] { bag.putDataAligned(s.data(), n, align); }, model.put(s, align));
       case 4:
-        name = "putString";
-        actual = resultOf([&] { bag.putString(s.c_str()); });
-        return model.put(std::string(s.c_str()) + '\0', 1);
+        return both(
+            "putString", [&] { bag.putString(s.c_str()); },
+            model.put(std::string(s.c_str()) + '\0', 1));
       case 5:
-        name = "getStringPtr";
-        actual = resultOf([&] { read = bag.getStringPtr(); });
-        return model.getString(expectedRead);
-      case 6:
-        name = "insSpace";
-        return insert(number(0, bag.getSize()), s);
-      case 7:
-        name = "delSpace";
-        return remove(number(-1, bag.getSize() + 1), number(-1, 20));
-      case 8:
-        name = "setPosition";
-        return place(number(0, 3) == 0 ? number(-3, bag.getSize() + 20) : bag.getSize());
-      case 9:
-        name = "setBufferSize";
-        return resize(number(0, 30) == 0 ? 0 : number(1, bag.getSize() + 40));
+        return both(
+            "getStringPtr", [&] { read = bag.getStringPtr(); }, model.getString(expectedRead));
+      case 6: {
+        const int offset = number(0, bag.getSize());
+        return both(
+            "insSpace", [&] { fill(bag.insSpace(offset, n), s); }, model.insert(offset, s));
+      }
+      case 7: {
+        const int offset = number(-1, bag.getSize() + 1);
+        const int count = number(-1, 20);
+        return both(
+            "delSpace", [&] { bag.delSpace(offset, count); }, model.remove(offset, count));
+      }
+      case 8: {
+        const bool anywhere = number(0, 3) == 0;
+        model.position = anywhere ? number(-3, bag.getSize() + 20) : bag.getSize();
+        const auto place = [&] { bag.setPosition(static_cast<int>(model.position)); };
+        return both("setPosition", place, Result::Done);
+      }
+      case 9: {
+        const int room = number(0, 30) == 0 ? 0 : number(1, bag.getSize() + 40);
+        return both(
+            "setBufferSize", [&] { bag.setBufferSize(room); }, model.setBufferSize(room));
+      }
       case 10:
-        name = "copy";
-        actual = resultOf([&] { bag = Bag(static_cast<const Bag&>(bag)); });
-        return model.copyExactly();
+        return both(
+            "copy", [&] { bag = Bag(static_cast<const Bag&>(bag)); }, model.copyExactly());
       case 11:
-        name = "steal and setBuffer";
-        return handOver();
+        model.position = 0;
+        return both(
+            "steal and setBuffer", [&] { handOver(); }, model.copyExactly());
       default:
         return get(number(-2, 12), align);
     }
   }
-  Result insert(int offset, const std::string& s) {
-    actual = resultOf([&] { fill(bag.insSpace(offset, static_cast<int>(s.size())), s); });
-    return model.insert(offset, s);
-  }
-  Result remove(int offset, int n) {
-    actual = resultOf([&] { bag.delSpace(offset, n); });
-    return model.remove(offset, n);
-  }
-  Result place(int position) {
-    actual = Result::Done;
-    bag.setPosition(position);
-    model.position = position;
-    return Result::Done;
-  }
-  Result resize(int n) {
-    actual = resultOf([&] { bag.setBufferSize(n); });
-    model.setBufferSize(n);
-    return Result::Done;
-  }
-  Result handOver() {
+  void handOver() {
     Bag other("other", 5);
     other.stealFrom(bag);
     int n = -1;
     char* const buffer = other.steal(n);
     bag.setBuffer(buffer, n, -1);
-    actual = Result::Done;
-    model.position = 0;
-    return model.copyExactly();
   }
   Result get(int n, int align) {
-    name = "reading";
     const std::size_t room = n > 0 ? static_cast<std::size_t>(n) : 0;
     const int form = number(0, 3);
     read.assign(room, 'u');
-    if (form == 0) actual = resultOf([&] { bag.getData(read.data(), n); });
-    if (form == 1) actual = resultOf([&] { read.assign(bag.getDataPtr(n), room); });
-    if (form == 2) actual = resultOf([&] { bag.getDataAligned(read.data(), n, align); });
-    if (form == 3) actual = resultOf([&] { read.assign(bag.getDataPtrAligned(n, align), room); });
     expectedRead.assign(room, 'u');
-    return model.get(expectedRead, n, form >= 2 ? align : 1);
+    const auto call = [&] {
+      if (form == 0) bag.getData(read.data(), n);
+      if (form == 1) read.assign(bag.getDataPtr(n), room);
+      if (form == 2) bag.getDataAligned(read.data(), n, align);
+      if (form == 3) read.assign(bag.getDataPtrAligned(n, align), room);
+    };
+    return both("reading", call, model.get(expectedRead, n, form >= 2 ? align : 1));
   }
 
   std::function<int(int, int)> number;

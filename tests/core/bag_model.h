@@ -48,15 +48,12 @@ class BagModel {
     capacity = rule(n);
     return Result::Done;
   }
-  void setBufferSize(int n) {
-    if (n == capacity) return;
-    if (n == 0) return clear();
+  Result setBufferSize(int n) {
+    if (n == capacity) return Result::Done;
+    if (n == 0) *this = BagModel();
     capacity = n;
     if (n < size()) data.resize(static_cast<std::size_t>(n));
-  }
-  void clear() {
-    if (capacity == 0) return;
-    *this = BagModel();
+    return Result::Done;
   }
   Result copyExactly() {
     capacity = size();

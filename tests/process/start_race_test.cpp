@@ -27,7 +27,7 @@ int rounds() {
   return text ? std::atoi(text) : 24;
 }
 
-/// A pipe whose readers go on when the writing end is closed.
+/// A pipe whose readers go on when every process has closed the writing end.
 class Gate {
  public:
   Gate() { EXPECT_EQ(0, ::pipe(ends)); }
@@ -37,12 +37,12 @@ class Gate {
     open();
     ::close(ends[0]);
   }
-  /// In the parent: lets everybody through who waits now or later.
+  /// Lets those through who wait now or later, as far as this process keeps them.
   void open() {
     if (ends[1] >= 0) ::close(ends[1]);
     ends[1] = -1;
   }
-  /// In a child.
+  /// Waits until all others have opened it.
   void wait() {
     open();
     char byte;
@@ -54,46 +54,6 @@ class Gate {
   int ends[2] = {-1, -1};
 };
 
-/// Lets `count` copies lock at the same moment and live until all have tried; the ids of those
-/// that succeeded.
-std::vector<pid_t> startTogether(int count, const std::string& name, bool winnerUnlocks) {
-  Gate start;
-  Gate end;
-  int tried[2];
-  EXPECT_EQ(0, ::pipe(tried));
-  std::vector<pid_t> children(static_cast<std::size_t>(count));
-  for (pid_t& child : children) {
-    child = startChild([&] {
-      RunDetector detector("app", name.c_str());
-      end.open();
-      start.wait();
-      const char won = detector.lock() ? 1 : 0;
-      if (::write(tried[1], &won, 1) != 1) return 9;
-      end.wait();
-      if (winnerUnlocks) detector.unlock();
-      return static_cast<int>(won);
-    });
-  }
-  start.open();
-  char byte;
-  for (int i = 0; i < count; ++i) EXPECT_EQ(1, ::read(tried[0], &byte, 1));
-  const std::string holder =
-      fileBytes(std::getenv("COMMON_CORE_DATA_DIR") + std::string("app.pid"));
-  end.open();
-  std::vector<pid_t> winners;
-  for (const pid_t child : children) {
-    const int code = exitCode(child);
-    EXPECT_TRUE(code == 0 || code == 1);
-    if (code == 1) winners.push_back(child);
-  }
-  if (winners.size() == 1) {
-    EXPECT_EQ(std::to_string(winners[0]), holder);
-  }
-  ::close(tried[0]);
-  ::close(tried[1]);
-  return winners;
-}
-
 class StartRace : public testing::TestWithParam<int> {};
 
 TEST_P(StartRace, ExactlyOneCopySucceeds) {
@@ -101,12 +61,39 @@ TEST_P(StartRace, ExactlyOneCopySucceeds) {
   const std::string path = folder / "app.pid";
   const std::string name = cc::test::nameSeenByOthers();
   for (int round = 0; round < rounds(); ++round) {
+    SCOPED_TRACE(round);
     // What the copies find: nothing, garbage, an id above all others, the previous winner's file.
     if (round % 4 == 0) ::unlink(path.c_str());
     if (round % 4 == 1) putFile(path, "garbage that is longer than a number");
     if (round % 4 == 2) putFile(path, "2147483646");
     const bool winnerUnlocks = round % 8 >= 4;
-    ASSERT_EQ(1U, startTogether(GetParam(), name, winnerUnlocks).size()) << "round " << round;
+    // All lock at the same moment, and live until all have tried.
+    Gate start, tried, end;
+    std::vector<pid_t> children(static_cast<std::size_t>(GetParam()));
+    for (pid_t& child : children) {
+      child = startChild([&] {
+        RunDetector detector("app", name.c_str());
+        end.open();
+        start.wait();
+        const bool won = detector.lock();
+        tried.open();
+        end.wait();
+        if (winnerUnlocks) detector.unlock();
+        return won ? 1 : 0;
+      });
+    }
+    start.open();
+    tried.wait();
+    const std::string holder = fileBytes(path);
+    end.open();
+    int winners = 0;
+    for (const pid_t child : children) {
+      const int code = exitCode(child);
+      ASSERT_TRUE(code == 0 || code == 1) << code;
+      winners += code;
+      EXPECT_EQ(code == 1, holder == std::to_string(child));
+    }
+    ASSERT_EQ(1, winners);
     ASSERT_EQ(winnerUnlocks ? 0 : 1, folder.count());
   }
 }
