@@ -49,68 +49,56 @@ share/bash-completion/completions/ccml
 share/gdb/auto-load{PREFIX}/lib/libcommon_core.so.{VERSION}-gdb.py
 """.split()
 
-SHOWN = {
-    "eng": ["lock: 1", "The document contains an error.",
-            "The value is not a valid number, or it is out of range. "
-            "The decimal separator is a point.",
-            "File: text", "Line 2, column 12"],
-}
-
-
-def call(*command, **options):
-    done = subprocess.run([str(part) for part in command], text=True, stdout=subprocess.PIPE,
-                          stderr=subprocess.STDOUT, check=False, **options)
-    return done.returncode, done.stdout
+SHOWN = ["lock: 1", "The document contains an error.",
+         "The value is not a valid number, or it is out of range. "
+         "The decimal separator is a point.",
+         "File: text", "Line 2, column 12", "Das Dokument enthält einen Fehler."]
 
 
 class Install(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         shutil.rmtree(PREFIX, ignore_errors=True)
-        code, output = call("cmake", "--install", BUILD)
-        if code != 0:
-            raise RuntimeError(output)
-        cls.work = tempfile.TemporaryDirectory()
-        cls.project = pathlib.Path(cls.work.name, "project")
-        shutil.copytree(HERE / "project", cls.project)
+        subprocess.run(["cmake", "--install", BUILD], check=True, stdout=subprocess.DEVNULL)
+        work = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(work.cleanup)
+        cls.work = pathlib.Path(work.name)
+        cls.project = shutil.copytree(HERE / "project", cls.work / "project")
 
-    @classmethod
-    def tearDownClass(cls):
-        cls.work.cleanup()
+    def call(self, *command, succeeds=True, **options):
+        """Runs a command, which has to succeed or to fail, and gives what it prints."""
+        done = subprocess.run([str(part) for part in command], text=True, stdout=subprocess.PIPE,
+                              stderr=subprocess.STDOUT, check=False, **options)
+        self.assertEqual(done.returncode == 0, succeeds, done.stdout)
+        return done.stdout
 
     def run_client(self, program):
         """Runs a client from elsewhere, and looks at what it loaded and printed."""
         trace = "LD_TRACE_LOADED_OBJECTS"
         if RUN:  # the emulator hands the variable on without obeying it itself
-            code, loaded = call(*RUN, "-E", f"{trace}=1", program, env=BARE, cwd="/")
+            loaded = self.call(*RUN, "-E", f"{trace}=1", program, env=BARE, cwd="/")
         else:
-            code, loaded = call(program, env={**BARE, trace: "1"}, cwd="/")
-        self.assertEqual(code, 0, loaded)
+            loaded = self.call(program, env={**BARE, trace: "1"}, cwd="/")
         for library in ("libcommon_core.so.1", "libpaths.so.1"):
             found = re.search(rf"{re.escape(library)} => (\S+)", loaded)
             self.assertIsNotNone(found, loaded)
             self.assertEqual(os.path.realpath(found[1]), f"{PREFIX}/lib/{library[:-1]}{VERSION}")
         (PREFIX / "var/lib/common_core").mkdir(parents=True, exist_ok=True)
-        code, printed = call(*RUN, program, "deu", env=BARE, cwd="/")
-        lines = printed.splitlines()
-        self.assertEqual((code, lines[:5]), (0, SHOWN["eng"]), printed)
-        self.assertEqual(lines[5], "Das Dokument enthält einen Fehler.", printed)
-        self.assertEqual(len(lines), 9, printed)
+        printed = self.call(*RUN, program, "deu", env=BARE, cwd="/").splitlines()
+        self.assertEqual((printed[:6], len(printed)), (SHOWN, 9))
 
-    def configure(self, folder, *options, flags=FLAGS):
-        return call("cmake", "-S", self.project, "-B", pathlib.Path(self.work.name, folder), "-G",
-                    "Ninja", f"-DCMAKE_CXX_COMPILER={COMPILER}",
-                    f"-DCMAKE_CXX_FLAGS={shlex.join(flags)}", f"-DCMAKE_PREFIX_PATH={PREFIX}",
-                    *options)
+    def configure(self, folder, *options, flags=FLAGS, succeeds=True):
+        return self.call("cmake", "-S", self.project, "-B", self.work / folder, "-G", "Ninja",
+                         f"-DCMAKE_CXX_COMPILER={COMPILER}",
+                         f"-DCMAKE_CXX_FLAGS={shlex.join(flags)}",
+                         f"-DCMAKE_PREFIX_PATH={PREFIX}", *options, succeeds=succeeds)
 
     def test_files(self):
         installed = {str(path.relative_to(PREFIX)) for path in PREFIX.rglob("*")
                      if not path.is_dir()}
-        for path in sorted(installed):
-            self.assertTrue(any(fnmatch.fnmatchcase(path, pattern) for pattern in FILES),
-                            f"{path} should not be installed")
-        for pattern in FILES:
-            self.assertTrue(fnmatch.filter(installed, pattern), f"{pattern} is not installed")
+        matching = {pattern: set(fnmatch.filter(installed, pattern)) for pattern in FILES}
+        self.assertEqual([], [pattern for pattern in FILES if not matching[pattern]])
+        self.assertEqual(set(), installed - set().union(*matching.values()))
         headers = {path.name for path in (PREFIX / "include/common_core").iterdir()}
         self.assertEqual(headers, {path.name for path in (SOURCE / "include").glob("*.h")} |
                          {"libpaths.h"})
@@ -125,43 +113,33 @@ class Install(unittest.TestCase):
                 self.assertNotIn(str(SOURCE).encode(), content, path)
 
     def test_cmake(self):
-        folder = pathlib.Path(self.work.name, "cmake")
-        code, output = self.configure("cmake")
-        self.assertEqual(code, 0, output)
-        code, output = call("cmake", "--build", folder)
-        self.assertEqual(code, 0, output)
-        self.run_client(folder / "client")
-        code, output = call(*RUN, folder / "paths", env=BARE)
-        self.assertEqual(output.splitlines(), [f"{PREFIX}/etc/common_core/",
-                                               f"{PREFIX}/var/lib/common_core/"])
+        self.configure("cmake")
+        self.call("cmake", "--build", self.work / "cmake")
+        self.run_client(self.work / "cmake" / "client")
+        paths = self.call(*RUN, self.work / "cmake" / "paths", env=BARE)
+        self.assertEqual(paths.splitlines(), [f"{PREFIX}/etc/common_core/",
+                                              f"{PREFIX}/var/lib/common_core/"])
 
     def test_cmake_version(self):
         for wanted, fits in (("1.0", True), ("1.1", False), ("2", False)):
-            code, output = self.configure(f"version{wanted}", f"-DWANTED={wanted}")
-            self.assertEqual(code == 0, fits, f"{wanted}: {output}")
+            self.configure(f"version{wanted}", f"-DWANTED={wanted}", succeeds=fits)
         other = ["-m32"] if os.environ["CC_BITS"] == "64" else ["-m64"]
-        code, output = self.configure("other_word", flags=other)
-        self.assertNotEqual(code, 0, output)
+        output = self.configure("other_word", flags=other, succeeds=False)
         self.assertIn(f"common_coreConfig.cmake, version: {VERSION} (", output)
 
     def test_pkg_config(self):
         found = {**BARE, "PKG_CONFIG_PATH": f"{PREFIX}/lib/pkgconfig"}
-        code, output = call("pkg-config", "--cflags", "--libs", "common_core >= 1", env=found)
-        self.assertEqual(code, 0, output)
-        client = pathlib.Path(self.work.name, "client")
-        code, output = call(COMPILER, *FLAGS, "-std=c++17", "-Wall", "-Wextra", "-Werror",
-                            self.project / "client.cpp", "-o", client, *shlex.split(output),
-                            f"-Wl,-rpath,{PREFIX}/lib")
-        self.assertEqual(code, 0, output)
+        flags = self.call("pkg-config", "--cflags", "--libs", "common_core >= 1", env=found)
+        client = self.work / "client"
+        self.call(COMPILER, *FLAGS, "-std=c++17", "-Wall", "-Wextra", "-Werror",
+                  self.project / "client.cpp", "-o", client, *shlex.split(flags),
+                  f"-Wl,-rpath,{PREFIX}/lib")
         self.run_client(client)
-        code, output = call("pkg-config", "--exists", "common_core >= 2", env=found)
-        self.assertNotEqual(code, 0, output)
+        self.call("pkg-config", "--exists", "common_core >= 2", env=found, succeeds=False)
 
     def test_tools(self):
         for tool in ("ccml", "cclng"):
-            code, output = call(*RUN, PREFIX / "bin" / tool, "--version", env=BARE)
-            self.assertEqual(code, 0, output)
-            self.assertIn(VERSION, output)
+            self.assertIn(VERSION, self.call(*RUN, PREFIX / "bin" / tool, "--version", env=BARE))
 
 
 if __name__ == "__main__":
