@@ -102,7 +102,7 @@ template <class T>
 bool parseRange(const char* begin, const char* end, T limit, T& out) {
   constexpr std::size_t most = 20;
   std::size_t n = static_cast<std::size_t>(end - begin);
-  if (n - 1 >= most || !begin) return false;
+  if (n - 1 >= most) return false;  // a null range too, which is empty
   const bool negative = *begin == '-';
   if (negative || *begin == '+') {
     ++begin;

@@ -16,9 +16,11 @@
 #include <type_traits>
 #include <vector>
 
+#include "core/case_tables.h"
 #include "tests/reference/text_model.h"
 #include "tests/support/alloc_sweep.h"
 #include "tests/support/guarded_buffer.h"
+#include "utf8proc.h"
 
 namespace {
 
@@ -80,6 +82,20 @@ TEST(CharTables, PrepareSetsTheLocale) {
   std::setlocale(LC_ALL, before.c_str());
   ::uselocale(own);
   chr_tables_prepare();
+}
+
+// Where more letters share an upper case than are kept apart, the tables alone decide.
+TEST(CharTables, MayHaveTooManyLettersOfOneUpperCase) {
+  for (unsigned int u = 0x100; u <= 0x100 + cc::CaseTables::mostExtras; ++u) {
+    chr_upper_table_utf16[u] = 'A';
+  }
+  cc::deriveCaseTables();
+  EXPECT_EQ(-1, cc::caseTables.extraCount);
+  const string_view text = "b\xC4\x80x";
+  const char pattern[] = "aX";
+  EXPECT_EQ(1U, at(text, strfind_i_utf8(text.data(), text.data() + 4, pattern, pattern + 2)));
+  chr_tables_prepare();
+  EXPECT_LE(0, cc::caseTables.extraCount);
 }
 
 TEST(Search, SingleByteOrUnit) {

@@ -94,6 +94,7 @@ TEST(Message, TakesAllOrNothing) {
       {"message", [](TTT& m) { m <= TTT(text); }, entry + text + '\0'},
       {"bag", [](TTT& m) { m <= bagOf(text); }, aligned + text},
       {"assignment", [](TTT& m) { m = bagOf(text); }, text},
+      {"copy", [](TTT& m) { m = static_cast<const TTT&>(TTT(bagOf(text))); }, text},
       // its own bytes
       {"itself", [](TTT& m) { m <= m; }, aligned + before},
       {"its bag", [](TTT& m) { m <= m.getBag(); }, aligned + before},
