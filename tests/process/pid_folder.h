@@ -1,7 +1,8 @@
 /// @file
-/// A data directory for pid files, and child processes that run a function.
+/// A data directory for pid files, child processes that run a function, and gates between them.
 #pragma once
 
+#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -42,21 +43,43 @@ int inChild(Action&& action) {
 /// The name of this program's executable as another process sees it, which is the emulator's where
 /// the tests run in one.
 inline std::string nameSeenByOthers() {
-  const pid_t self = ::getpid();
-  int ends[2];
-  if (::pipe(ends) != 0) return {};
+  const TempFolder folder;
+  const std::string link = "/proc/" + std::to_string(::getpid()) + "/exe";
   inChild([&] {
-    const std::string link = "/proc/" + std::to_string(self) + "/exe";
-    char target[4096];
-    const ssize_t n = ::readlink(link.c_str(), target, sizeof(target));
-    return n > 0 && ::write(ends[1], target, static_cast<std::size_t>(n)) == n ? 0 : 1;
+    putFile(folder / "name", std::filesystem::read_symlink(link).filename());
+    return 0;
   });
-  ::close(ends[1]);
-  char target[4096];
-  const ssize_t n = ::read(ends[0], target, sizeof(target));
-  ::close(ends[0]);
-  const std::string path(target, n > 0 ? static_cast<std::size_t>(n) : 0);
-  return path.substr(path.rfind('/') + 1);
+  return fileBytes(folder / "name");
 }
+
+/// A pipe whose readers go on when every process has closed the writing end, as starting another
+/// program does.
+class Gate {
+ public:
+  Gate() {
+    if (::pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+  }
+  Gate(const Gate&) = delete;
+  Gate& operator=(const Gate&) = delete;
+  ~Gate() {
+    open();
+    ::close(ends[0]);
+  }
+  /// Lets those through who wait now or later, as far as this process keeps them.
+  void open() {
+    if (ends[1] >= 0) ::close(ends[1]);
+    ends[1] = -1;
+  }
+  /// Waits until all others have opened it.
+  void wait() {
+    open();
+    char byte;
+    while (::read(ends[0], &byte, 1) > 0) {
+    }
+  }
+
+ private:
+  int ends[2] = {-1, -1};
+};
 
 }  // namespace cc::test

@@ -27,26 +27,15 @@ class OtherProgram {
  public:
   explicit OtherProgram(const std::string& path) {
     std::filesystem::copy_file("/bin/sleep", path);
-    int started[2];
-    EXPECT_EQ(0, ::pipe2(started, O_CLOEXEC));
-    id = ::fork();
-    if (id == 0) {
-      ::execl(path.c_str(), path.c_str(), "600", nullptr);
-      ::_exit(127);
-    }
-    ::close(started[1]);
-    char byte;
-    EXPECT_EQ(0, ::read(started[0], &byte, 1)) << "closed by the new program";
-    ::close(started[0]);
+    cc::test::Gate started;
+    id = cc::test::startChild([&] { return ::execl(path.c_str(), path.c_str(), "600", nullptr); });
+    started.wait();
   }
   OtherProgram(const OtherProgram&) = delete;
   OtherProgram& operator=(const OtherProgram&) = delete;
   ~OtherProgram() { stop(); }
   void stop() {
-    if (id > 0) {
-      ::kill(id, SIGKILL);
-      ::waitpid(id, nullptr, 0);
-    }
+    if (id > 0 && ::kill(id, SIGKILL) == 0) cc::test::exitCode(id);
     id = -1;
   }
 

@@ -18,6 +18,7 @@ namespace {
 
 using cc::test::exitCode;
 using cc::test::fileBytes;
+using cc::test::Gate;
 using cc::test::PidFolder;
 using cc::test::putFile;
 using cc::test::startChild;
@@ -26,33 +27,6 @@ int rounds() {
   const char* text = std::getenv("CC_RACE_ROUNDS");
   return text ? std::atoi(text) : 24;
 }
-
-/// A pipe whose readers go on when every process has closed the writing end.
-class Gate {
- public:
-  Gate() { EXPECT_EQ(0, ::pipe(ends)); }
-  Gate(const Gate&) = delete;
-  Gate& operator=(const Gate&) = delete;
-  ~Gate() {
-    open();
-    ::close(ends[0]);
-  }
-  /// Lets those through who wait now or later, as far as this process keeps them.
-  void open() {
-    if (ends[1] >= 0) ::close(ends[1]);
-    ends[1] = -1;
-  }
-  /// Waits until all others have opened it.
-  void wait() {
-    open();
-    char byte;
-    while (::read(ends[0], &byte, 1) > 0) {
-    }
-  }
-
- private:
-  int ends[2] = {-1, -1};
-};
 
 class StartRace : public testing::TestWithParam<int> {};
 
