@@ -15,8 +15,6 @@ import tempfile
 
 SOURCE = pathlib.Path(os.environ["CC_SOURCE_DIR"])
 BUILD = pathlib.Path(os.environ["CC_BUILD_DIR"])
-PARTS = ["CMakeLists.txt", "cmake", "core", "data", "examples", "files", "include", "loc", "markup",
-         "packaging", "platform", "process", "tools", "unicode"]
 PRODUCTS = ["libcommon_core.so.*.*", "libpaths.so.*.*", "lng/*.lng"]
 
 
@@ -35,13 +33,7 @@ def main():
     different = 0
     with tempfile.TemporaryDirectory() as directory:
         copy = pathlib.Path(directory, "another", "place")
-        for part in PARTS:
-            target = copy / part
-            if (SOURCE / part).is_dir():
-                shutil.copytree(SOURCE / part, target)
-            else:
-                target.parent.mkdir(parents=True, exist_ok=True)
-                shutil.copy(SOURCE / part, target)
+        shutil.copytree(SOURCE, copy, ignore=shutil.ignore_patterns(".git", "build"))
         build = copy / "build" / BUILD.name
         subprocess.run(["cmake", "-G", "Ninja", "-S", copy, "-B", build, *options(),
                         "--no-warn-unused-cli", "-DCOMMON_CORE_TESTS=OFF"], check=True,

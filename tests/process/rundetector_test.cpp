@@ -13,7 +13,6 @@
 #include <chrono>
 
 #include "tests/process/pid_folder.h"
-#include "tests/support/doc_examples.h"
 
 namespace {
 
@@ -48,7 +47,6 @@ std::string own(const std::string& before = "", const std::string& after = "") {
 }
 
 TEST(RunDetector, LocksAndUnlocks) {
-  EXPECT_EQ(cc::test::hexExample("pid-file-example"), std::to_string(4711));
   const PidFolder folder;
   const std::string path = folder / "viewer.pid";
   RunDetector detector("viewer", nullptr);
