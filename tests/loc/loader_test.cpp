@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <set>
 
 #include "cc_loc_loader.h"
 #include "loc_support.h"
+#include "tests/reference/lng_model.h"
 #include "tests/support/alloc_sweep.h"
 
 namespace {
@@ -23,10 +25,15 @@ std::string bothOf(Strings stringAt) {
   return std::string(stringAt(0)) + "|" + stringAt(1);
 }
 
-// Loads the bytes with both loaders, which hold old texts. A load that comes to 0 leaves `texts`,
-// any other the old ones, and only missing memory may come to another code.
-void expectLoad(int code, const std::string& bytes, IDLocLoader::Localization info = record,
-                const std::string& texts = oldTexts) {
+// Loads the bytes with both loaders, which hold old texts, as the plain model does. A load that
+// comes to 0 leaves the new texts, any other the old ones, and only missing memory may come to
+// another code. Gives the code of the model.
+int expectLoad(const std::string& bytes, IDLocLoader::Localization info = record) {
+  reference::LngModel model(bytes);
+  const int code = model.read(info.count, info.stamp);
+  if (model.poolSize > 1 << 20) return 7;  // the memory at hand decides
+  const std::string texts =
+      model.texts.size() == 2 ? model.texts[0] + "|" + model.texts[1] : oldTexts;
   MemoryFile old(LngFile({"old 0", "old 1"}, 5).bytes());
   MemoryFile file(bytes);
   cc::test::sweepAllocations([&](AllocSweep& sweep) {
@@ -53,67 +60,31 @@ void expectLoad(int code, const std::string& bytes, IDLocLoader::Localization in
     EXPECT_TRUE(!sweep.hasFailed() || codes[0] == 7 || codes[1] == 7);
     for (const int i : {INT_MIN, -1, 2, INT_MAX}) EXPECT_EQ(nullptr, numbered.getString(i));
   });
+  return code;
 }
 
-TEST(Loaders, GiveTheDescribedCodes) {
-  constexpr std::uint32_t negative = 0x80000000;
-  const struct {
-    int code;
-    const char* what;
-    void (*change)(LngFile& f);
-    const char* texts = "ab|cd";
-  } rows[] = {
-      {0, "as it should be", [](LngFile&) {}},
-      // one word of the header
-      {2, "zero word", [](LngFile& f) { f.zero = 1; }},
-      {2, "magic", [](LngFile& f) { f.magic ^= 1; }},
-      {3, "version 0", [](LngFile& f) { f.version = 0; }},
-      {3, "version 2", [](LngFile& f) { f.version = 2; }},
-      {4, "encoding 16", [](LngFile& f) { f.encoding = 16; }},
-      {5, "stamp off by one", [](LngFile& f) { f.stamp = 78; }},
-      {2, "count too large", [](LngFile& f) { f.count = 3; }},
-      {2, "pool size 0", [](LngFile& f) { f.poolSize = 0; }},
-      {2, "pool size negative", [](LngFile& f) { f.poolSize = negative; }},
-      // the first wrong word decides
-      {5, "stamp and count", [](LngFile& f) { f.stamp = 0, f.count = 0; }},
-      // offsets and terminators
-      {2, "offset at the pool's end", [](LngFile& f) { f.offsets[1] = 6; }},
-      {2, "offset negative", [](LngFile& f) { f.offsets[0] = UINT32_MAX; }},
-      {2, "offset most negative", [](LngFile& f) { f.offsets[0] = negative; }},
-      {2, "no terminator at all", [](LngFile& f) { f.pool = "abcdef"; }},
-      {0, "shared texts", [](LngFile& f) { f.offsets[0] = 3; }, "cd|cd"},
-      {0, "text inside another", [](LngFile& f) { f.offsets[0] = 1; }, "b|cd"},
-      {0, "end of a text", [](LngFile& f) { f.offsets[1] = 5; }, "ab|"},
-      {0, "bytes behind the texts", [](LngFile& f) { f.pool += "junk", f.poolSize = 10; }},
-      {0, "bytes behind the pool", [](LngFile& f) { f.pool += "junk"; }},
-      // a header that promises more than there is
-      {6, "pool cut", [](LngFile& f) { f.poolSize = 7; }},
-  };
-  for (const auto& row : rows) {
-    for (const bool bigEndian : {false, true}) {
-      SCOPED_TRACE(std::string(row.what) + (bigEndian ? ", other byte order" : ""));
-      LngFile file = good;
-      row.change(file);
-      expectLoad(row.code, file.bytes(bigEndian), record, row.texts);
-    }
-  }
-}
-
-TEST(Loaders, RefuseEveryPrefix) {
+TEST(Loaders, AgreeWithTheModelOnEveryPrefixAndOnOtherBytes) {
+  std::set<int> codes;
   for (const bool bigEndian : {false, true}) {
-    const std::string whole = good.bytes(bigEndian);
-    for (std::size_t n = 0; n < whole.size(); ++n) {
-      SCOPED_TRACE(n);
-      expectLoad(6, whole.substr(0, n));
+    const std::string whole = good.bytes(bigEndian) + "junk";
+    for (std::size_t n = 0; n <= whole.size(); ++n) {
+      codes.insert(expectLoad(whole.substr(0, n)));
+      for (const int value : {0, 1, 2, 3, 5, 6, 8, 10, 16, 0x7F, 0x80, 0xFF}) {
+        SCOPED_TRACE(std::to_string(value) + " at " + std::to_string(n));
+        std::string changed = whole;
+        if (n < changed.size()) changed[n] = static_cast<char>(value);
+        codes.insert(expectLoad(changed));
+      }
     }
   }
+  EXPECT_EQ((std::set<int>{0, 2, 3, 4, 5, 6, 7}), codes);
 }
 
 TEST(Loaders, LeaveEverythingForACountOfZero) {
   for (const int count : {0, -1}) {
     LngFile empty;
     empty.count = static_cast<std::uint32_t>(count);
-    expectLoad(0, empty.bytes().substr(0, 24), {count, 8, 77});  // no pool size is even there
+    EXPECT_EQ(0, expectLoad(empty.bytes().substr(0, 24), {count, 8, 77}));  // without a pool size
   }
 }
 
