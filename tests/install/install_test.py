@@ -2,7 +2,8 @@
 """Installs the build into its prefix and builds and runs an outside project against it.
 
 The project is built once as CMake finds the library and once as pkg-config does, and run with an
-empty environment: what runs must come from the prefix, dictionaries included.
+empty environment: what runs must come from the prefix, dictionaries included. So must what lets gdb
+show values of a program.
 """
 
 import fnmatch
@@ -11,6 +12,7 @@ import pathlib
 import re
 import shlex
 import shutil
+import socket
 import subprocess
 import sys
 import tempfile
@@ -27,6 +29,8 @@ VERSION = "1.0.0"
 
 # Where nothing is said of the library, only its own place leads to it.
 BARE = {"PATH": os.environ["PATH"], "HOME": "/nonexistent", "LANG": "C.UTF-8"}
+
+PRINTERS = f"share/gdb/auto-load{PREFIX}/lib/libcommon_core.so.{VERSION}-gdb.py"
 
 # Every installed file matches one pattern, and every pattern a file.
 FILES = f"""
@@ -46,13 +50,42 @@ lib/libpaths.so.{VERSION}
 lib/pkgconfig/common_core.pc
 share/bash-completion/completions/cclng
 share/bash-completion/completions/ccml
-share/gdb/auto-load{PREFIX}/lib/libcommon_core.so.{VERSION}-gdb.py
+{PRINTERS}
 """.split()
 
 SHOWN = ["lock: 1", "The document contains an error.",
          "The value is not a valid number, or it is out of range. "
          "The decimal separator is a point.",
          "File: text", "Line 2, column 12", "Das Dokument enthält einen Fehler."]
+
+# Variables of gdb/values.cpp, and what gdb shows before any dictionary is loaded.
+VALUES = [
+    ("text", r'"café \"1\""'),
+    ("none", "null"),
+    ("wide", '"café"'),
+    ("noWide", "null"),
+    ("part", '"name"'),
+    ("rest", '"value"'),
+    ("noSlice", "null"),
+    ("bag", "8 bytes, cursor at 8, capacity 16{61 62 00 00 02 00 00 00}"),
+    ("empty", "0 bytes, cursor at 0, capacity 0{}"),
+    ("message", 'message of 4 entries{slot 3, number 37; slot 3, number 25: "a.xml"; '
+                  r'slot 3, number 21: 3, -14; "as it is\n"}'),
+    ("foreign", "message of 1 entry{slot 1, number 7, arguments unknown: 05 00 00 00}"),
+    ("nothing", "message of 0 entries{}"),
+    ("numbers", "SimpleVector<int> of 3, capacity 16 = {1, 4, 9}"),
+    ("names", 'StringVector<char> of 2, capacity 16 = {"Ada", 0x0}'),
+    ("fresh", "document level, depth 0"),
+    ("start", 'start tag, depth 1 = {name = "a", tag = "<a>"}'),
+    ("comment", 'comment, depth 1 = {tag = "<!-- c -->"}'),
+    ("whole", r'empty element, depth 1 = {name = "b", tag = "<b c=\"1\"/>"}'),
+    ("end", 'end tag, depth 0 = {name = "a", tag = "</a>"}'),
+]
+
+# The same once a rendering has loaded the library's dictionary.
+RENDERED = (r'message of 4 entries{slot 3, number 37 "The document contains an error.\n"; '
+            r'slot 3, number 25 "\nFile: %s": "a.xml"; '
+            r'slot 3, number 21 "\nLine %d, column %d": 3, -14; "as it is\n"}')
 
 
 class Install(unittest.TestCase):
@@ -127,15 +160,43 @@ class Install(unittest.TestCase):
         output = self.configure("other_word", flags=other, succeeds=False)
         self.assertIn(f"common_coreConfig.cmake, version: {VERSION} (", output)
 
-    def test_pkg_config(self):
+    def compiled(self, source):
+        """Builds a program as pkg-config says."""
         found = {**BARE, "PKG_CONFIG_PATH": f"{PREFIX}/lib/pkgconfig"}
-        flags = self.call("pkg-config", "--cflags", "--libs", "common_core >= 1", env=found)
-        client = self.work / "client"
-        self.call(COMPILER, *FLAGS, "-std=c++17", "-Wall", "-Wextra", "-Werror",
-                  self.project / "client.cpp", "-o", client, *shlex.split(flags),
-                  f"-Wl,-rpath,{PREFIX}/lib")
-        self.run_client(client)
         self.call("pkg-config", "--exists", "common_core >= 2", env=found, succeeds=False)
+        flags = self.call("pkg-config", "--cflags", "--libs", "common_core >= 1", env=found)
+        program = self.work / source.stem
+        self.call(COMPILER, *FLAGS, "-std=c++17", "-g", "-Wall", "-Wextra", "-Werror", source, "-o",
+                  program, *shlex.split(flags), f"-Wl,-rpath,{PREFIX}/lib")
+        return program
+
+    def test_pkg_config(self):
+        self.run_client(self.compiled(self.project / "client.cpp"))
+
+    def test_gdb(self):
+        program = self.compiled(HERE / "gdb" / "values.cpp")
+        start = ["run"]
+        if RUN:  # through the emulator gdb sees no shared libraries: it is told of the printers
+            with socket.socket() as door:
+                door.bind(("127.0.0.1", 0))
+                port = door.getsockname()[1]
+            emulator = subprocess.Popen([*RUN, "-g", str(port), program])
+            self.addCleanup(emulator.wait)
+            self.addCleanup(emulator.kill)
+            start = [f"source {PREFIX}/{PRINTERS}", f"target remote 127.0.0.1:{port}", "continue"]
+        steps = ["set width 0", "set debuginfod enabled off", "set confirm off", "break stop",
+                 *start, "up", *(f"print {name}" for name, _ in VALUES), "continue", "up",
+                 "print message", "kill"]
+        output = self.call("gdb", "-q", "-batch", "-nx",
+                           "-iex", f"add-auto-load-safe-path {PREFIX}", "-iex",
+                           f"add-auto-load-scripts-directory {PREFIX}/share/gdb/auto-load",
+                           *(part for step in steps for part in ("-ex", step)), program,
+                           timeout=200)
+        printed = [re.sub('0x[0-9a-f]+ "', '"', line.split(" = ", 1)[1])
+                   for line in output.splitlines() if line.startswith("$")]
+        # Nor are the dictionaries found there.
+        rendered = dict(VALUES)["message"] if RUN else RENDERED
+        self.assertEqual(printed, [*(shown for _, shown in VALUES), rendered], output)
 
     def test_tools(self):
         for tool in ("ccml", "cclng"):
