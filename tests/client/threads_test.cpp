@@ -19,17 +19,14 @@ namespace {
 
 template <class Use>
 void onEightThreads(Use use) {
-  constexpr int count = 8;
-  std::latch start(count);
-  std::vector<std::thread> threads;
-  threads.reserve(count);
-  for (int i = 0; i < count; ++i) {
-    threads.emplace_back([&] {
+  std::latch start(8);
+  std::vector<std::jthread> threads(8);
+  for (std::jthread& thread : threads) {
+    thread = std::jthread([&] {
       start.arrive_and_wait();
       use();
     });
   }
-  for (std::thread& thread : threads) thread.join();
 }
 
 TEST(Threads, TablesAndKernels) {

@@ -51,7 +51,7 @@ TEST(CharTables, HoldTheLocaleInForce) {
 // Filling again follows the locale of the moment; the locale of the environment comes in only
 // where the process has none of its own.
 TEST(CharTables, PrepareSetsTheLocale) {
-  const char* old = std::getenv("LC_ALL");
+  const char* const old = std::getenv("LC_ALL");
   const std::string saved = old ? old : "";
   const std::string before = std::setlocale(LC_ALL, nullptr);
   const locale_t own = ::uselocale(LC_GLOBAL_LOCALE);
@@ -74,11 +74,7 @@ TEST(CharTables, PrepareSetsTheLocale) {
     EXPECT_STREQ("C", std::setlocale(LC_NUMERIC, nullptr)) << row.environment;
     EXPECT_EQ(row.upperOfE9, chr_upper_table_utf16[0xE9]) << row.environment;
   }
-  if (old) {
-    setenv("LC_ALL", saved.c_str(), 1);
-  } else {
-    unsetenv("LC_ALL");
-  }
+  setenv("LC_ALL", saved.c_str(), 1);  // an empty one is as none
   std::setlocale(LC_ALL, before.c_str());
   ::uselocale(own);
   chr_tables_prepare();

@@ -81,11 +81,9 @@ TEST(ChArr, ReplacesItsText) {
     void (*call)(ChArr& s, const char* own);
     std::string result;
   } rows[] = {
-      {[](S s, P) { s = "new"; }, "new"},
       {[](S s, P) { s = kNull; }, "(null)"},
       {[](S s, P own) { s = own; }, "0123456789"},
       {[](S s, P own) { s = own + 2; }, "23456789"},
-      {[](S s, P own) { s = own + 10; }, ""},
       {[](S s, P) { s = static_cast<const ChArr&>(s); }, "0123456789"},
       {[](S s, P) { s = static_cast<ChArr&&>(s); }, "0123456789"},
       {[](S s, P) { s.stealFrom(s); }, "0123456789"},
@@ -101,7 +99,6 @@ TEST(ChArr, ReplacesItsText) {
       {[](S s, P) { s.assign(kUnits, 2); }, "a\xD0\xB0"},
       {[](S s, P) { s.assign(kNoUnits, 2); }, "(null)"},
       {[](S s, P) { s.assign(kUnits + 1, kUnits + 3); }, kBytes + 1},
-      {[](S s, P) { s.assign(kUnits, kUnits); }, ""},
       {[](S s, P) { s += "ab"; }, "0123456789ab"},
       {[](S s, P own) { s += own + 7; }, "0123456789789"},
       {[](S s, P own) { s += own; }, "01234567890123456789"},
@@ -114,7 +111,6 @@ TEST(ChArr, ReplacesItsText) {
       {[](S s, P) { s.format("%d-%s %.1f", 5, "x", 0.5); }, "5-x 0.5"},
       {[](S s, P own) { formatInto(s, "<%s>%d", own + 8, 5); }, "<89>5"},
       {[](S s, P) { s.format("%04095d", 0); }, std::string(4095, '0')},
-      {[](S s, P) { s.format("%04096d", 0); }, std::string(4095, '0')},
       {[](S s, P) { s.format("%05000d", 0); }, std::string(4095, '0')},
       {[](S s, P) { s.assign1251("\xC0\xE1", 2); }, "\xD0\x90\xD0\xB1"},
       {[](S s, P own) { s.assign1251(own + 3, 3); }, "345"},

@@ -117,11 +117,10 @@ TEST(Loader, LoadsInOrderAndStopsAtTheFirstFailure) {
   Loc::Loader loader;
   auto* first = new TestModule("first", true);
   auto* fourth = new TestModule("fourth", true);
-  for (Loc::Module* module : {static_cast<Loc::Module*>(first), static_cast<Loc::Module*>(nullptr),
-                              static_cast<Loc::Module*>(new TestModule("second", false))}) {
-    EXPECT_TRUE(loader.load("eng", &error));
-    loader.append(module);
-  }
+  EXPECT_TRUE(loader.load("eng", &error));
+  loader.append(first);
+  loader.append(new TestModule("second", false));
+  loader.append(nullptr);
   EXPECT_TRUE(loader.load("eng", &error));
   EXPECT_EQ("untouched", error);
   loader.append(new TestModule("third", true));
