@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Holds the blocks of README.md and docs/ against the files that the tests compile and run.
 
-    tests/tools/docs_code.py [--fill] [--build DIR]
+    tests/tools/docs_code.py [--fill]
 
 The first line of a block says where its content comes from:
 
@@ -14,8 +14,6 @@ A block of C++ has to have it. Files that the text links or names, as in `docs/a
 there. With --fill, blocks that differ are written anew.
 """
 
-import argparse
-import pathlib
 import re
 import sys
 import textwrap
@@ -32,10 +30,10 @@ MARK = re.compile(r"^[ \t]*(?://|#|<!--) \[(/?)([\w-]+)\](?: -->)?$\n?", re.M)
 FOLDERS = {path.name for path in ROOT.iterdir() if path.is_dir()} - {"build"}
 
 
-def content(options, build):
+def content(options):
     """The text that a block should hold; raises ValueError where there is none."""
     if "output" in options:
-        return examples.run(build, options["output"])[1].rstrip("\n") + "\n"
+        return examples.run(options["output"])[1].rstrip("\n") + "\n"
     path = ROOT / options["file"]
     if not path.is_file():
         raise ValueError(f"there is no file {options['file']}")
@@ -50,7 +48,7 @@ def content(options, build):
     return MARK.sub("", text).rstrip("\n") + "\n"
 
 
-def check(path, build):
+def check(path):
     """The page with every block as it should be, the number of blocks, and what is wrong."""
     text = path.read_text(encoding="utf-8")
     problems = []
@@ -72,7 +70,7 @@ def check(path, build):
             return block[0]
         blocks += 1
         try:
-            wanted = content(options, build)
+            wanted = content(options)
         except ValueError as error:
             report(block.start(), error)
             return block[0]
@@ -95,14 +93,10 @@ def check(path, build):
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
-    parser.add_argument("--build", type=pathlib.Path, default=examples.default_build())
-    parser.add_argument("--fill", action="store_true", help="write the blocks that differ anew")
-    options = parser.parse_args()
     blocks, problems = 0, []
     for path in [*sorted(ROOT.glob("*.md")), *sorted((ROOT / "docs").rglob("*.md"))]:
-        filled, count, found = check(path, options.build.resolve())
-        if options.fill:
+        filled, count, found = check(path)
+        if sys.argv[1:] == ["--fill"]:
             path.write_text(filled, encoding="utf-8")
         blocks += count
         problems += found

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs the examples of a build and compares what they print with what their sources say.
 
-    tests/tools/examples.py [--build DIR] [NAME...]
+    tests/tools/examples.py [NAME...]
 
 A source may end with a comment of the lines that the program prints:
 
@@ -15,7 +15,6 @@ Each runs in a directory of its own that holds the files of examples/data/, and 
 file there. An example that is a folder is run if its main.cpp has the comment.
 """
 
-import argparse
 import os
 import pathlib
 import re
@@ -27,10 +26,7 @@ import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 HEAD = re.compile(r"^// Prints(?:, with exit code (\d+))?:$", re.M)
-
-
-def default_build():
-    return pathlib.Path(os.environ.get("CC_BUILD_DIR", ROOT / "build" / "dev"))
+BUILD = pathlib.Path(os.environ.get("CC_BUILD_DIR", ROOT / "build" / "dev")).resolve()
 
 
 def split_source(text):
@@ -56,15 +52,15 @@ def matches(lines, wanted):
     return bool(lines) and lines[0] == wanted[0] and matches(lines[1:], wanted[1:])
 
 
-def run(build, name):
+def run(name):
     """Runs one example; gives its exit code, what it printed, and the files that it left."""
-    program = [*shlex.split(os.environ.get("CC_RUN", "")), str(build / f"example_{name}")]
+    program = [*shlex.split(os.environ.get("CC_RUN", "")), str(BUILD / f"example_{name}")]
     with tempfile.TemporaryDirectory() as work:
         shutil.copytree(ROOT / "examples" / "data", work, dirs_exist_ok=True)
         data = pathlib.Path(work, "shared")
         data.mkdir()
         before = set(pathlib.Path(work).rglob("*"))
-        environment = {**os.environ, "COMMON_CORE_ETC_DIR": f"{build}/lng/",
+        environment = {**os.environ, "COMMON_CORE_ETC_DIR": f"{BUILD}/lng/",
                        "COMMON_CORE_DATA_DIR": f"{data}/"}
         done = subprocess.run(program, cwd=work, env=environment, stdin=subprocess.DEVNULL,
                               stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=60)
@@ -81,10 +77,10 @@ def sources():
     return found
 
 
-def check(build, name):
+def check(name):
     """What an example does otherwise than it says; empty when it runs as it should."""
     _, wanted, wanted_code = split_source(sources()[name].read_text(encoding="utf-8"))
-    code, output, left = run(build, name)
+    code, output, left = run(name)
     lines = output.rstrip("\n").split("\n")
     if code == wanted_code and not left and (wanted is None or matches(lines, wanted)):
         return ""
@@ -93,15 +89,10 @@ def check(build, name):
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
-    parser.add_argument("--build", type=pathlib.Path, default=default_build())
-    parser.add_argument("names", nargs="*")
-    options = parser.parse_args()
-    build = options.build.resolve()
-    names = options.names or sorted(sources())
+    names = sys.argv[1:] or sorted(sources())
     failed = 0
     for name in names:
-        problem = check(build, name)
+        problem = check(name)
         print(f"{'FAILED' if problem else 'ok':8}{name}\n{problem}".rstrip())
         failed += bool(problem)
     print(f"{len(names) - failed} of {len(names)} examples run as they say")
