@@ -30,7 +30,6 @@ def options():
 
 
 def main():
-    different = 0
     with tempfile.TemporaryDirectory() as directory:
         copy = pathlib.Path(directory, "another", "place")
         shutil.copytree(SOURCE, copy, ignore=shutil.ignore_patterns(".git", "build"))
@@ -40,16 +39,12 @@ def main():
                        stdout=subprocess.DEVNULL)
         subprocess.run(["cmake", "--build", build, "--target", "common_core", "dictionaries"],
                        check=True, stdout=subprocess.DEVNULL)
-        compared = 0
-        for pattern in PRODUCTS:
-            for product in sorted(BUILD.glob(pattern)):
-                compared += 1
-                again = build / product.relative_to(BUILD)
-                if not again.exists() or not filecmp.cmp(product, again, shallow=False):
-                    print(f"{product.relative_to(BUILD)} differs")
-                    different += 1
-    print(f"{compared} files compared, {different} differ")
-    return 1 if different or compared < len(PRODUCTS) else 0
+        compared = [product.relative_to(BUILD) for pattern in PRODUCTS
+                    for product in sorted(BUILD.glob(pattern))]
+        different = [str(name) for name in compared if not (build / name).exists() or
+                     not filecmp.cmp(BUILD / name, build / name, shallow=False)]
+    print(f"{len(compared)} files compared, different are {different}")
+    return 1 if different or len(compared) < len(PRODUCTS) else 0
 
 
 if __name__ == "__main__":

@@ -2,7 +2,6 @@
 /// A folder for the files of one test, and plain ways to look at files, independent of the library.
 #pragma once
 
-#include <dirent.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -13,6 +12,12 @@
 #include <string>
 
 namespace cc::test {
+
+/// Number of entries of a folder.
+inline int entriesOf(const std::string& path) {
+  const std::filesystem::directory_iterator entries(path);
+  return static_cast<int>(std::distance(begin(entries), end(entries)));
+}
 
 /// A new empty folder, removed with all it holds at the end.
 class TempFolder {
@@ -31,10 +36,7 @@ class TempFolder {
   /// The path of a name in the folder; of the folder itself, with its final "/", when empty.
   std::string operator/(const std::string& name) const { return path + name; }
   /// Number of entries.
-  int count() const {
-    const std::filesystem::directory_iterator entries(path);
-    return static_cast<int>(std::distance(begin(entries), end(entries)));
-  }
+  int count() const { return entriesOf(path); }
 
  private:
   std::string path;
@@ -57,12 +59,6 @@ inline std::string fileBytes(const std::string& path) {
 }
 
 /// Number of descriptors that this process has open.
-inline int openDescriptors() {
-  int n = 0;
-  DIR* folder = ::opendir("/proc/self/fd");
-  while (folder && ::readdir(folder)) ++n;
-  if (folder) ::closedir(folder);
-  return n;
-}
+inline int openDescriptors() { return entriesOf("/proc/self/fd"); }
 
 }  // namespace cc::test

@@ -73,18 +73,16 @@ DOCUMENTS = [
     # structure
     ('<dictionary name="m" language="eng">' + msg(0, "a"),
      ['1:68: The end tag of "dictionary" is missing.']),
-    (doc('<mesage number="0">a</mesage>', msg(0, "a")),
-     ['2:1: The element is called "mesage" instead of "message".']),
     (doc('<message number="0">a</mesage>'),
      ['2:22: The end tag is called "mesage" instead of "message".']),
-    (doc(msg(0, "a<b/>c"), msg(0, "d")),
-     ["2:22: A message holds plain text only, but here stands an element."]),
-    (doc(msg(0, "a<!-- b -->c"), msg(0, "d")),
-     ["2:22: A message holds plain text only; what translators should know belongs into its "
-      'attribute "note".']),
-    (doc("stray", msg(0, "a")), ["2:1: Text stands outside of the messages."]),
-    (doc(msg(0, "a")) + doc(msg(1, "b")), ["4:1: The document holds a second dictionary."]),
-    (doc(msg(0, "a")) + "</x>", ["4:1: The end tag closes no element."]),
+    (doc("stray", '<mesage number="0">a</mesage>', msg(0, "a"), msg(1, "a<b/>c"),
+         msg(2, "a<!-- b -->c")) + doc(msg(1, "b")) + "</x>",
+     ["2:1: Text stands outside of the messages.",
+      '3:1: The element is called "mesage" instead of "message".',
+      "5:22: A message holds plain text only, but here stands an element.",
+      "6:22: A message holds plain text only; what translators should know belongs into its "
+      'attribute "note".', "8:1: The document holds a second dictionary.",
+      "11:1: The end tag closes no element."]),
     # attributes
     (doc(msg(0, "a"), head='language="eng" stamp="xyz"'),
      ['1:1: The attribute "name" is missing or empty.', f"1:35: {BAD_STAMP}"]),
@@ -103,9 +101,8 @@ DOCUMENTS = [
       "1:1: Messages 4 to 98 are missing."]),
     (doc(msg(0, "%d %x"), msg(1, "100 %"), msg(2, "%\u00e9")),
      [f'2:1: {unknown(0, "%x")}', f'3:1: {unknown(1, "%")}', f'4:1: {unknown(2, "%é")}']),
-    (doc(msg(0, "ab@c")).encode().replace(b"@", b"\xff"), [f"2:23: {NOT_UTF8}"]),
-    (doc(msg(0, "\U0001f600")), [f"2:21: {NOT_UTF8}"]),
-    (doc(msg(0, "ab\0c")), ["2:23: The text holds a 0 byte."]),
+    (doc(msg(0, "ab@c"), msg(1, "\U0001f600"), msg(2, "ab\0c")).encode().replace(b"@", b"\xff"),
+     [f"2:23: {NOT_UTF8}", f"3:21: {NOT_UTF8}", "4:23: The text holds a 0 byte."]),
     # nothing terminal-like reaches the screen
     (doc('<message number="\x1b[31m\u202e\u009b">a</message>', msg(0, "")),
      [f'2:1: " [31m\\u{{202E}}\\u{{9B}}" {NO_NUMBER}']),
