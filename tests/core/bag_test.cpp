@@ -179,8 +179,12 @@ TEST(Bag, MovesItsBuffer) {
   bag = static_cast<const Bag&>(same);
   bag = std::move(same);
   EXPECT_EQ(state, stateOf(bag));
-  Bag other(std::move(bag));
-  EXPECT_EQ(stateOf(Bag()), stateOf(bag));
+  Bag moved(std::move(bag));
+  EXPECT_EQ(nullptr, bag.getBuffer());
+  Bag other("other", 5);
+  other.stealFrom(moved);
+  EXPECT_EQ(state, stateOf(other));
+  EXPECT_EQ(stateOf(Bag()), stateOf(moved));
   EXPECT_TRUE(bag == exactBag(""));
   EXPECT_FALSE(other == Bag("texT", 4));
   EXPECT_FALSE(other == Bag("tex", 3));
