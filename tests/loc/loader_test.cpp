@@ -82,8 +82,8 @@ TEST(Loaders, AgreeWithTheModelOnEveryPrefixAndOnOtherBytes) {
 
 TEST(Loaders, LeaveEverythingForACountOfZero) {
   for (const int count : {0, -1}) {
-    LngFile empty;
-    empty.count = static_cast<std::uint32_t>(count);
+    LngFile empty({});
+    empty.words[LngFile::Count] = static_cast<std::uint32_t>(count);
     EXPECT_EQ(0, expectLoad(empty.bytes().substr(0, 24), {count, 8, 77}));  // without a pool size
   }
 }
@@ -105,13 +105,14 @@ TEST(Loaders, ReadFromTheFilePositionAndNoFurther) {
 
 TEST(Loaders, DoNotBelieveHugeSizes) {
   // Whether so much memory can be had decides between 6 and 7.
-  for (const std::uint32_t size : {0x7FFFFFFFu, 0x40000000u, 0u}) {
+  for (const auto& [word, size] :
+       {std::pair(LngFile::PoolSize, INT_MAX), std::pair(LngFile::PoolSize, 1 << 30),
+        std::pair(LngFile::Count, INT_MAX)}) {
     LngFile file = good;
-    if (size == 0) file.count = INT_MAX;
-    if (size != 0) file.poolSize = size;
+    file.words[word] = static_cast<std::uint32_t>(size);
     MemoryFile stream(file.bytes());
     IDLocLoader loader;
-    IDLocLoader::Localization info = {static_cast<int>(file.count), 8, 77};
+    IDLocLoader::Localization info = {static_cast<int>(file.words[LngFile::Count]), 8, 77};
     const int code = loader.load(stream.get(), info);
     EXPECT_TRUE(code == 6 || code == 7) << code;
     EXPECT_EQ(nullptr, loader.getString(0));

@@ -33,44 +33,30 @@ inline std::string_view bytesOf(const Bag& bag) {
   return {bag.getBuffer(), static_cast<std::size_t>(bag.getSize())};
 }
 
-/// The dictionary file as the loaders' words; every one may be set wrong.
+/// The dictionary file of `texts`, one after another; every word may be set wrong.
 struct LngFile {
-  std::uint32_t zero = 0;
-  std::uint32_t magic = 0x524C434C;
-  std::uint32_t version = 1;
-  std::uint32_t encoding = 8;
-  std::uint32_t stamp = 77;
-  std::uint32_t count = 0;
-  std::uint32_t poolSize = 0;
-  std::vector<std::uint32_t> offsets;
-  std::string pool;
-
-  LngFile() = default;
-  /// The file of `texts`, one after another.
-  explicit LngFile(const std::vector<std::string>& texts, std::uint32_t fileStamp = 77)
-      : stamp(fileStamp), count(static_cast<std::uint32_t>(texts.size())) {
+  explicit LngFile(const std::vector<std::string>& texts, std::uint32_t stamp = 77)
+      : words{0, 0x524C434C, 1, 8, stamp, static_cast<std::uint32_t>(texts.size()), 0} {
     for (const std::string& text : texts) {
-      offsets.push_back(static_cast<std::uint32_t>(pool.size()));
+      words.push_back(static_cast<std::uint32_t>(pool.size()));
       pool += text + '\0';
     }
-    poolSize = static_cast<std::uint32_t>(pool.size());
+    words[PoolSize] = static_cast<std::uint32_t>(pool.size());
   }
 
   std::string bytes(bool bigEndian = false) const {
     std::string out;
-    for (const std::uint32_t word : {zero, magic, version, encoding, stamp, count, poolSize}) {
-      put(out, word, bigEndian);
+    for (const std::uint32_t word : words) {
+      for (int i = 0; i < 4; ++i) {
+        out += static_cast<char>(word >> (bigEndian ? 24 - 8 * i : 8 * i) & 0xFF);
+      }
     }
-    for (const std::uint32_t offset : offsets) put(out, offset, bigEndian);
     return out + pool;
   }
 
- private:
-  static void put(std::string& out, std::uint32_t word, bool bigEndian) {
-    for (int i = 0; i < 4; ++i) {
-      out += static_cast<char>(word >> (bigEndian ? 24 - 8 * i : 8 * i) & 0xFF);
-    }
-  }
+  enum Word { Count = 5, PoolSize = 6 };
+  std::vector<std::uint32_t> words;
+  std::string pool;
 };
 
 /// `bytes` as an open file, which keeps them alive.
