@@ -2,6 +2,8 @@
 // by word, independently of the code under test.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -119,13 +121,13 @@ class EtcDir {
   ~EtcDir() { setenv(variable, before.c_str(), 1); }  // an empty one is as none
 
   void put(const std::string& name, const std::string& bytes) const {
-    cc::test::putFile(folder / name, bytes);
+    cc::test::putFile(path + name, bytes);
   }
 
  private:
   static constexpr const char* variable = "COMMON_CORE_ETC_DIR";
   std::string before;
-  cc::test::TempFolder folder;
+  const cc::test::TempFolder folder;
 
  public:
   const std::string path = folder / "";  ///< ends with "/"
@@ -134,17 +136,13 @@ class EtcDir {
 /// The global table as it is now, put back at the end.
 class KeepSlots {
  public:
-  KeepSlots() {
-    for (int i = 0; i < 5; ++i) before[i] = TTT::dictionaries[i];
-  }
+  KeepSlots() = default;
   KeepSlots(const KeepSlots&) = delete;
   KeepSlots& operator=(const KeepSlots&) = delete;
-  ~KeepSlots() {
-    for (int i = 0; i < 5; ++i) TTT::dictionaries[i] = before[i];
-  }
+  ~KeepSlots() { std::copy(before.begin(), before.end(), TTT::dictionaries); }
 
  private:
-  IDLocLoader* before[5];
+  const std::array<IDLocLoader*, 5> before = std::to_array(TTT::dictionaries);
 };
 
 }  // namespace loc_test
