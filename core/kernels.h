@@ -192,6 +192,10 @@ struct Loops {
   void (*lowerAscii)(char* begin, char* end);
   /// Index of the first of `n` bytes that differ by more than the case of an ASCII letter, or `n`.
   std::size_t (*matchNoCase)(const char* a, const char* b, std::size_t n);
+  /// The same for UTF-8 text that ends with the range: neither do characters of two bytes differ
+  /// whose entries in `upper`, by units, are the same.
+  std::size_t (*matchNoCaseUtf8)(const char* a, const char* b, std::size_t n,
+                                 const unsigned short* upper);
 
   /// The first p in [begin, end) with the first of the two bytes of `filter` at each offset, or
   /// `end`. Readable up to `end` and the larger offset.

@@ -161,37 +161,83 @@ inline void flipCase(char* begin, char* end, unsigned char low, unsigned char hi
 inline void upperAscii(char* begin, char* end) { flipCase(begin, end, 'a', 'z'); }
 inline void lowerAscii(char* begin, char* end) { flipCase(begin, end, 'A', 'Z'); }
 
-// Marks where the bytes differ by no more than the case of a letter.
-inline Marks sameNoCase(Bytes a, Bytes b) {
+// The bits in which bytes differ, but not that of the case of a letter.
+inline Bytes differNoCase(Bytes a, Bytes b) {
   const Bytes caseBit = Block::all(0x20);
   const Marks letters = Block::range(Block::either(a, caseBit), 'a', 'z');
-  const Marks otherCase = Block::both(Block::equal(Block::differ(a, b), caseBit), letters);
-  return Block::either(Block::equal(a, b), otherCase);
+  return Block::without(Block::differ(a, b), Block::where(letters, 0x20));
 }
 
+inline Mask nonZero(Bytes v) { return Block::mask(Block::others(Block::equal(v, Block::all(0)))); }
+
 inline std::size_t matchNoCase(const char* a, const char* b, std::size_t n) {
+  const auto differAt = [a, b](std::size_t i) {
+    return differNoCase(loadAt(a + i), loadAt(b + i));
+  };
   std::size_t i = 0;
   for (; n - i >= 2 * blockSize; i += 2 * blockSize) {
-    const Marks same0 = sameNoCase(loadAt(a + i), loadAt(b + i));
-    const Marks same1 = sameNoCase(loadAt(a + i + blockSize), loadAt(b + i + blockSize));
-    if (Block::mask(Block::others(Block::both(same0, same1))) == 0) continue;
-    const Mask m = Block::mask(Block::others(same0));
-    if (m != 0) return i + Block::first(m);
-    return i + blockSize + Block::first(Block::mask(Block::others(same1)));
+    const Bytes v0 = differAt(i);
+    const Bytes v1 = differAt(i + blockSize);
+    if (nonZero(Block::either(v0, v1)) == 0) continue;
+    if (const Mask m = nonZero(v0); m != 0) return i + Block::first(m);
+    return i + blockSize + Block::first(nonZero(v1));
   }
   for (; n - i >= blockSize; i += blockSize) {
-    const Mask m = Block::mask(Block::others(sameNoCase(loadAt(a + i), loadAt(b + i))));
-    if (m != 0) return i + Block::first(m);
+    if (const Mask m = nonZero(differAt(i)); m != 0) return i + Block::first(m);
   }
   if (i == n) return n;
   if (n >= blockSize) {
     i = n - blockSize;
-    const Mask m = Block::mask(Block::others(sameNoCase(loadAt(a + i), loadAt(b + i))));
+    const Mask m = nonZero(differAt(i));
     return m != 0 ? i + Block::first(m) : n;
   }
-  const Marks same = sameNoCase(Block::loadPart(a, n), Block::loadPart(b, n));
-  const Mask m = Block::mask(Block::others(same));  // the zeros behind are the same
-  return m != 0 ? Block::first(m) : n;
+  const Mask m = nonZero(differNoCase(Block::loadPart(a, n), Block::loadPart(b, n)));
+  return m != 0 ? Block::first(m) : n;  // the zeros behind are the same
+}
+
+// The same for the first block of UTF-8 text, or all of it where it is shorter: only the bytes of
+// characters of two bytes may differ more. What stands behind such a character tells where it ends,
+// so one that reaches the end of a block with more behind it counts as different.
+inline std::size_t matchLettersNoCase(const char* a, const char* b, std::size_t n,
+                                      const unsigned short* upper) {
+  constexpr unsigned int bits = Block::bitsPerMark;
+  const Bytes v = n < blockSize ? Block::loadPart(a, n) : loadAt(a);
+  const Bytes w = n < blockSize ? Block::loadPart(b, n) : loadAt(b);
+  const std::size_t size = n < blockSize ? n : blockSize;
+  const Mask differing = nonZero(differNoCase(v, w));
+  if (differing == 0) return size;
+  const auto leads = [](Bytes x) {
+    return Block::mask(Block::equal(Block::both(x, Block::all(0xE0)), Block::all(0xC0)));
+  };
+  const Mask tails = Block::mask(Block::continuations(v));
+  const Mask otherTails = Block::mask(Block::continuations(w));
+  Mask letters =
+      leads(v) & leads(w) & (tails & otherTails) >> bits & ~((tails | otherTails) >> 2 * bits);
+  if (n > blockSize) letters &= (Mask{1} << (blockSize - 2) * bits) - 1;
+  const Mask others = differing & ~(letters | letters << bits);
+  const Mask before = (others & (0 - others)) - 1;  // the first of them
+  for (Mask m = letters & (differing | differing >> bits) & before; m != 0; m &= m - 1) {
+    const std::size_t i = Block::first(m);
+    const auto unit = [i](const char* p) {
+      const std::size_t lead = static_cast<unsigned char>(p[i]);
+      return lead * 64 + static_cast<unsigned char>(p[i + 1]) - (0xC0 * 64 + 0x80);
+    };
+    if (upper[unit(a)] != upper[unit(b)]) return i;
+  }
+  return others != 0 ? Block::first(others) : size;
+}
+
+inline std::size_t matchNoCaseUtf8(const char* a, const char* b, std::size_t n,
+                                   const unsigned short* upper) {
+  std::size_t i = 0;
+  while (i != n) {
+    const std::size_t start = i != 0 && continues(a[i]) ? i - 1 : i;
+    const std::size_t same = matchLettersNoCase(a + start, b + start, n - start, upper);
+    if (start + same <= i) return i;
+    i = start + same;
+    if (same == blockSize && i != n) i += matchNoCase(a + i, b + i, n - i);
+  }
+  return n;
 }
 
 // ------------------------------------------------------------------ search

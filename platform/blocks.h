@@ -93,6 +93,7 @@ struct PlainBlock {
   using Mask = std::size_t;
   static constexpr const char* name = "portable";
   static constexpr std::size_t size = sizeof(Bytes);
+  static constexpr unsigned int bitsPerMark = 8;  // of a mask
   static constexpr Bytes ones = ~Bytes{0} / 0xFF;
   static constexpr Bytes tops = ones << 7;
   static constexpr Bytes unitOnes = ~Bytes{0} / 0xFFFF;
@@ -206,6 +207,7 @@ struct Sse2Block {
   using Mask = unsigned int;
   static constexpr const char* name = "SSE2";
   static constexpr std::size_t size = 16;
+  static constexpr unsigned int bitsPerMark = 1;
 
   static Bytes load(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
   static Bytes loadPart(const char* p, std::size_t n) {
@@ -290,6 +292,7 @@ struct Avx2Block {
   using Mask = std::uint32_t;
   static constexpr const char* name = "AVX2";
   static constexpr std::size_t size = 32;
+  static constexpr unsigned int bitsPerMark = 1;
 
   static Bytes load(const void* p) { return _mm256_loadu_si256(static_cast<const __m256i*>(p)); }
   static Bytes loadPart(const char* p, std::size_t n) {
@@ -364,6 +367,7 @@ struct Avx512Block {
   using Mask = std::uint64_t;
   static constexpr const char* name = "AVX-512";
   static constexpr std::size_t size = 64;
+  static constexpr unsigned int bitsPerMark = 1;
 
   static Bytes load(const void* p) { return _mm512_loadu_si512(p); }
   static Bytes loadPart(const char* p, std::size_t n) {

@@ -1,9 +1,9 @@
 // Comparison without regard to case.
 //
-// Bytes that are equal, or the two cases of an ASCII letter, are passed over in blocks. Where they
-// differ in another way, both characters are decoded from their starts and compared through the
-// upper-case table. Other differences are likely close behind one, so a few more steps are made
-// singly before the next block.
+// What is equal, or differs by the case of ASCII letters and of characters of two bytes, is passed
+// over in blocks. Where the texts differ in another way, both characters are decoded from their
+// starts and compared through the upper-case table. Other differences are likely close behind one,
+// so a few more steps are made singly before the next block.
 
 #include <algorithm>
 
@@ -30,10 +30,15 @@ struct Comparison {
 
   bool isOver() const { return p >= aEnd || q >= bEnd; }
 
-  // Passes what matches byte by byte.
+  // Passes what matches, up to the end of the shorter text; but not its last character where that
+  // goes on in the other.
   void skip() {
     const std::size_t n = static_cast<std::size_t>(std::min(aEnd - p, bEnd - q));
-    const std::size_t same = kernels::loops->matchNoCase(p, q, n);
+    std::size_t same = kernels::loops->matchNoCaseUtf8(p, q, n, chr_upper_table_utf16);
+    if (same == n && n >= 2 && aEnd - p != bEnd - q) {
+      const char* const longer = aEnd - p > bEnd - q ? p : q;
+      if (kernels::continues(longer[n])) same -= 2;
+    }
     p += same;
     q += same;
   }

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "charproc.h"
 #include "core/case_tables.h"
@@ -66,6 +67,22 @@ TEST(NoCase, ComparesRandomTexts) {
         const string_view q(right.atEnd(b), b.size());
         ASSERT_EQ(reference::compareNoCaseUtf8(p, q), compare(p, q));
         ASSERT_EQ(reference::compareNoCaseUtf8(q, p), compare(q, p));
+      }
+    }
+  });
+}
+
+// All pairs of short texts of a letter's bytes, which go on in one of the two, or in both.
+TEST(NoCase, ComparesAllShortTexts) {
+  std::vector<std::string> texts = {""};
+  for (std::size_t i = 0; texts[i].size() < 4; ++i) {
+    for (const char c : {'a', '\xD0', '\xB0', '\x90', '\x80'}) texts.push_back(texts[i] + c);
+  }
+  withEachForm([&texts](const cc::kernels::Loops&) {
+    for (const std::string& a : texts) {
+      for (const std::string& b : texts) {
+        ASSERT_EQ(reference::compareNoCaseUtf8(a, b), compare(a, b))
+            << testing::PrintToString(a) << " / " << testing::PrintToString(b);
       }
     }
   });
