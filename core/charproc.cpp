@@ -69,7 +69,7 @@ T* copyOf(const T* s, std::size_t n) {
 }
 
 // Index of the first of `n` bytes that do not match without case, or `n`.
-std::size_t matchNoCase(const char* a, const char* b, std::size_t n) {
+inline std::size_t matchNoCase(const char* a, const char* b, std::size_t n) {
   if (cc::caseTables.plainBytes) return cc::kernels::loops->matchNoCase(a, b, n);
   std::size_t i = 0;
   while (i < n && chr_upper_table_ascii[byteOf(a[i])] == chr_upper_table_ascii[byteOf(b[i])]) ++i;

@@ -170,7 +170,35 @@ inline Bytes differNoCase(Bytes a, Bytes b) {
 
 inline Mask nonZero(Bytes v) { return Block::mask(Block::others(Block::equal(v, Block::all(0)))); }
 
+// The first block of two texts, or all of them where they are shorter.
+struct BlockPair {
+  Bytes a;
+  Bytes b;
+  Mask differing;  // by more than the case of a letter of ASCII
+
+  BlockPair(const char* p, const char* q, std::size_t n)
+      : a(n < blockSize ? Block::loadPart(p, n) : loadAt(p)),
+        b(n < blockSize ? Block::loadPart(q, n) : loadAt(q)),
+        differing(nonZero(differNoCase(a, b))) {}
+
+  // The first bytes of characters of two bytes in both; those count whose end is seen, because
+  // something else follows.
+  Mask letters() const {
+    constexpr unsigned int bits = Block::bitsPerMark;
+    const auto leads = [](Bytes v) {
+      return Block::mask(Block::equal(Block::both(v, Block::all(0xE0)), Block::all(0xC0)));
+    };
+    const Mask tails = Block::mask(Block::continuations(a));
+    const Mask otherTails = Block::mask(Block::continuations(b));
+    return leads(a) & leads(b) & (tails & otherTails) >> bits & ~((tails | otherTails) >> 2 * bits);
+  }
+};
+
 inline std::size_t matchNoCase(const char* a, const char* b, std::size_t n) {
+  if (n <= blockSize) {
+    const Mask m = BlockPair(a, b, n).differing;
+    return m != 0 ? Block::first(m) : n;
+  }
   const auto differAt = [a, b](std::size_t i) {
     return differNoCase(loadAt(a + i), loadAt(b + i));
   };
@@ -182,37 +210,24 @@ inline std::size_t matchNoCase(const char* a, const char* b, std::size_t n) {
     if (const Mask m = nonZero(v0); m != 0) return i + Block::first(m);
     return i + blockSize + Block::first(nonZero(v1));
   }
-  for (; n - i >= blockSize; i += blockSize) {
+  if (n - i >= blockSize) {
     if (const Mask m = nonZero(differAt(i)); m != 0) return i + Block::first(m);
   }
-  if (i == n) return n;
-  if (n >= blockSize) {
-    i = n - blockSize;
-    const Mask m = nonZero(differAt(i));
-    return m != 0 ? i + Block::first(m) : n;
-  }
-  const Mask m = nonZero(differNoCase(Block::loadPart(a, n), Block::loadPart(b, n)));
-  return m != 0 ? Block::first(m) : n;  // the zeros behind are the same
+  const Mask m = nonZero(differAt(n - blockSize));
+  return m != 0 ? n - blockSize + Block::first(m) : n;
 }
 
-// The same for the first block of UTF-8 text, or all of it where it is shorter: only the bytes of
-// characters of two bytes may differ more. What stands behind such a character tells where it ends,
-// so one that reaches the end of a block with more behind it counts as different.
-inline std::size_t matchLettersNoCase(const char* a, const char* b, std::size_t n,
-                                      const unsigned short* upper) {
+// How much of the first block matches. Where more text follows, a character of two bytes at the end
+// of the block does not, because what is behind it tells where it ends.
+inline std::size_t matchBlockNoCase(const char* a, const char* b, std::size_t n,
+                                    const unsigned short* upper) {
   constexpr unsigned int bits = Block::bitsPerMark;
-  const Bytes v = n < blockSize ? Block::loadPart(a, n) : loadAt(a);
-  const Bytes w = n < blockSize ? Block::loadPart(b, n) : loadAt(b);
-  const std::size_t size = n < blockSize ? n : blockSize;
-  const Mask differing = nonZero(differNoCase(v, w));
-  if (differing == 0) return size;
-  const auto leads = [](Bytes x) {
-    return Block::mask(Block::equal(Block::both(x, Block::all(0xE0)), Block::all(0xC0)));
-  };
-  const Mask tails = Block::mask(Block::continuations(v));
-  const Mask otherTails = Block::mask(Block::continuations(w));
-  Mask letters =
-      leads(v) & leads(w) & (tails & otherTails) >> bits & ~((tails | otherTails) >> 2 * bits);
+  const BlockPair blocks(a, b, n);
+  const Mask differing = blocks.differing;
+  if (differing == 0) return n < blockSize ? n : blockSize;
+  const std::size_t nearest = Block::first(differing);
+  if (isAscii(a[nearest]) || isAscii(b[nearest])) return nearest;
+  Mask letters = blocks.letters();
   if (n > blockSize) letters &= (Mask{1} << (blockSize - 2) * bits) - 1;
   const Mask others = differing & ~(letters | letters << bits);
   const Mask before = (others & (0 - others)) - 1;  // the first of them
@@ -224,20 +239,28 @@ inline std::size_t matchLettersNoCase(const char* a, const char* b, std::size_t 
     };
     if (upper[unit(a)] != upper[unit(b)]) return i;
   }
-  return others != 0 ? Block::first(others) : size;
+  if (others != 0) return Block::first(others);
+  return n < blockSize ? n : blockSize;
+}
+
+// Stands by itself, so that short texts of ASCII need no room on the stack.
+[[gnu::noinline]] inline std::size_t matchLettersNoCase(const char* a, const char* b, std::size_t n,
+                                                        const unsigned short* upper) {
+  std::size_t i = 0;
+  while (i != n) {
+    const std::size_t start = i != 0 && continues(a[i]) ? i - 1 : i;
+    const std::size_t same = matchBlockNoCase(a + start, b + start, n - start, upper);
+    if (start + same <= i) return i;
+    i = start + same;
+    if (same == blockSize) i += matchNoCase(a + i, b + i, n - i);
+  }
+  return n;
 }
 
 inline std::size_t matchNoCaseUtf8(const char* a, const char* b, std::size_t n,
                                    const unsigned short* upper) {
-  std::size_t i = 0;
-  while (i != n) {
-    const std::size_t start = i != 0 && continues(a[i]) ? i - 1 : i;
-    const std::size_t same = matchLettersNoCase(a + start, b + start, n - start, upper);
-    if (start + same <= i) return i;
-    i = start + same;
-    if (same == blockSize && i != n) i += matchNoCase(a + i, b + i, n - i);
-  }
-  return n;
+  if (n <= blockSize && BlockPair(a, b, n).differing == 0) return n;
+  return matchLettersNoCase(a, b, n, upper);
 }
 
 // ------------------------------------------------------------------ search

@@ -103,13 +103,33 @@ struct Pattern {
   bool prepare();
 
  private:
-  // Two places of the rest, by what stands there and how common that is.
-  struct Places {
-    int count = 0;
-    unsigned int rank[2] = {~0U, ~0U};
+  struct Places;
+  void consider(const CaseClass& members, const char* p, std::ptrdiff_t length,
+                Places& places) const;
+  void setFilter(const Places& places);
+};
+
+// The places in the front of the rest where no more than two bytes can stand.
+struct Pattern::Places {
+  struct Place {
+    const char* at;
+    const char* character;  // that it belongs to
+    unsigned char bytes[2];
+    unsigned int rank;  // how common they are
   };
-  void consider(const CaseClass& members, const char* p, std::ptrdiff_t length, Places& places);
-  void offer(const char* p, unsigned char a, unsigned char b, Places& places);
+  static constexpr std::ptrdiff_t size = 64;  // of the front; its last character may reach behind
+  Place list[size + 2];
+  int count = 0;
+
+  // The rarest place; with `taken`, the rarest of another character if there is any.
+  const Place& rarest(const Place* taken) const {
+    const auto rank = [taken](const Place& place) {
+      if (!taken || place.character != taken->character) return place.rank;
+      return place.rank + (place.at == taken->at ? 512 : 256);
+    };
+    return *std::min_element(list, list + count,
+                             [rank](const Place& a, const Place& b) { return rank(a) < rank(b); });
+  }
 };
 
 bool Pattern::prepare() {
@@ -126,15 +146,16 @@ bool Pattern::prepare() {
     if (folded(u, length) == u && upper(u) != u && chr_lower_table_utf16[upper(u)] != u) {
       return false;
     }
-    if (p - rest < 64) consider(members, p, length, places);
+    if (p - rest < Places::size) consider(members, p, length, places);
     p += length;
   }
-  return places.count != 0;
+  if (places.count == 0) return false;
+  setFilter(places);
+  return true;
 }
 
-// A place is of use where no more than two bytes can stand in it.
 void Pattern::consider(const CaseClass& members, const char* p, std::ptrdiff_t length,
-                       Places& places) {
+                       Places& places) const {
   for (std::ptrdiff_t i = 0; i < length; ++i) {
     // Of the last character, which may be cut from a longer one, the first byte may be another.
     if (p == last && i == 0 && (length == 2 || static_cast<unsigned char>(*p) < 0x20)) continue;
@@ -149,26 +170,20 @@ void Pattern::consider(const CaseClass& members, const char* p, std::ptrdiff_t l
       fits = fits && a == b;
       b = c;
     }
-    if (fits) offer(p + i, a, b, places);
+    if (fits) {
+      const unsigned int rank = std::max(commonness(a), commonness(b));
+      places.list[places.count++] = {p + i, p, {a, b}, rank};
+    }
   }
 }
 
-void Pattern::offer(const char* p, unsigned char a, unsigned char b, Places& places) {
-  const unsigned int rank = std::max(commonness(a), commonness(b));
-  const int k = rank < places.rank[0] ? 0 : 1;
-  if (rank >= places.rank[k]) return;
-  if (k == 0 && places.count != 0) {
-    places.rank[1] = places.rank[0];
-    filter.offset[1] = filter.offset[0];
-    std::copy_n(filter.byte[0], 2, filter.byte[1]);
-  }
-  places.rank[k] = rank;
-  filter.offset[k] = static_cast<std::size_t>(p - rest);
-  filter.byte[k][0] = a;
-  filter.byte[k][1] = b;
-  if (places.count++ == 0) {  // both alike, until there is a second
-    filter.offset[1] = filter.offset[0];
-    std::copy_n(filter.byte[0], 2, filter.byte[1]);
+// Two places in one character tell little more than one of them.
+void Pattern::setFilter(const Places& places) {
+  const Places::Place& rarest = places.rarest(nullptr);
+  const Places::Place* const chosen[2] = {&rarest, &places.rarest(&rarest)};
+  for (int k = 0; k < 2; ++k) {
+    filter.offset[k] = static_cast<std::size_t>(chosen[k]->at - rest);
+    std::copy_n(chosen[k]->bytes, 2, filter.byte[k]);
   }
 }
 
