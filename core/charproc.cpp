@@ -68,12 +68,18 @@ T* copyOf(const T* s, std::size_t n) {
   return copy;
 }
 
-// Index of the first of `n` bytes that do not match without case, or `n`.
-inline std::size_t matchNoCase(const char* a, const char* b, std::size_t n) {
-  if (cc::caseTables.plainBytes) return cc::kernels::loops->matchNoCase(a, b, n);
+// The same as the loops for tables that map more than the letters of ASCII.
+std::size_t matchByTable(const char* a, const char* b, std::size_t n) {
   std::size_t i = 0;
   while (i < n && chr_upper_table_ascii[byteOf(a[i])] == chr_upper_table_ascii[byteOf(b[i])]) ++i;
   return i;
+}
+
+int compareByTable(const char* a, std::size_t na, const char* b, std::size_t nb) {
+  const std::size_t n = std::min(na, nb);
+  const std::size_t same = matchByTable(a, b, n);
+  if (same != n) return byteOf(a[same]) > byteOf(b[same]) ? 1 : -1;
+  return (na > n ? 1 : 0) - (nb > n ? 1 : 0);
 }
 
 // Replaces each byte by its entry in `table`; `plainLoop` does the same where letters of ASCII are
@@ -141,14 +147,14 @@ int strcmp_i_ascii(const char* a, const char* b) {
 int strcmp_i_ascii(const char* b1, const char* e1, const char* b2, const char* e2) {
   const std::size_t n1 = b1 && b1 < e1 ? static_cast<std::size_t>(e1 - b1) : 0;
   const std::size_t n2 = b2 && b2 < e2 ? static_cast<std::size_t>(e2 - b2) : 0;
-  const std::size_t n = std::min(n1, n2);
-  const std::size_t same = matchNoCase(b1, b2, n);
-  if (same != n) return byteOf(b1[same]) > byteOf(b2[same]) ? 1 : -1;
-  return (n1 > n ? 1 : 0) - (n2 > n ? 1 : 0);
+  if (!cc::caseTables.plainBytes) return compareByTable(b1, n1, b2, n2);
+  return cc::kernels::loops->compareNoCase(b1, n1, b2, n2);
 }
 
 bool streq_i_ascii(const char* a, unsigned int na, const char* b, unsigned int nb) {
-  return na == nb && matchNoCase(a, b, na) == na;
+  if (na != nb) return false;
+  if (!cc::caseTables.plainBytes) return matchByTable(a, b, na) == na;
+  return cc::kernels::loops->matchNoCase(a, b, na) == na;
 }
 
 int strcompare(const char* a, unsigned int na, const char* b, unsigned int nb) {

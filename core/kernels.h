@@ -196,6 +196,9 @@ struct Loops {
   /// whose entries in `upper`, by units, are the same.
   std::size_t (*matchNoCaseUtf8)(const char* a, const char* b, std::size_t n,
                                  const unsigned short* upper);
+  /// -1, 0 or 1 by the first bytes that differ by more than the case of an ASCII letter, else by
+  /// length.
+  int (*compareNoCase)(const char* a, std::size_t na, const char* b, std::size_t nb);
 
   /// The first p in [begin, end) with the first of the two bytes of `filter` at each offset, or
   /// `end`. Readable up to `end` and the larger offset.

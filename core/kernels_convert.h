@@ -106,7 +106,7 @@ inline void mapCase(char* s, char* end, const CaseMap& map) {
 }
 
 constexpr Loops table = {
-    Block::name,     validPrefix, countCharacters,   encodedSize, decode,
-    encode,          mapCase,     upperAscii,        lowerAscii,  matchNoCase,
-    matchNoCaseUtf8, findPattern, findPatternNoCase, encodeHex,   decodeHex,
+    Block::name, validPrefix,       countCharacters, encodedSize, decode,          encode,
+    mapCase,     upperAscii,        lowerAscii,      matchNoCase, matchNoCaseUtf8, compareNoCase,
+    findPattern, findPatternNoCase, encodeHex,       decodeHex,
 };

@@ -181,8 +181,7 @@ struct BlockPair {
         b(n < blockSize ? Block::loadPart(q, n) : loadAt(q)),
         differing(nonZero(differNoCase(a, b))) {}
 
-  // The first bytes of characters of two bytes in both; those count whose end is seen, because
-  // something else follows.
+  // The first bytes of characters of two bytes in both; what is behind the block continues none.
   Mask letters() const {
     constexpr unsigned int bits = Block::bitsPerMark;
     const auto leads = [](Bytes v) {
@@ -217,6 +216,26 @@ inline std::size_t matchNoCase(const char* a, const char* b, std::size_t n) {
   return m != 0 ? n - blockSize + Block::first(m) : n;
 }
 
+// The order of two texts that match up to `i`.
+inline int orderAt(std::size_t i, const char* a, std::size_t na, const char* b, std::size_t nb) {
+  if (i < na && i < nb)
+    return static_cast<unsigned char>(a[i]) > static_cast<unsigned char>(b[i]) ? 1 : -1;
+  return (na > nb ? 1 : 0) - (na < nb ? 1 : 0);
+}
+
+// Stands by itself, so that short texts need no room on the stack.
+[[gnu::noinline]] inline int compareLongNoCase(const char* a, std::size_t na, const char* b,
+                                               std::size_t nb) {
+  return orderAt(matchNoCase(a, b, na < nb ? na : nb), a, na, b, nb);
+}
+
+inline int compareNoCase(const char* a, std::size_t na, const char* b, std::size_t nb) {
+  const std::size_t n = na < nb ? na : nb;
+  if (n > blockSize) return compareLongNoCase(a, na, b, nb);
+  const Mask m = BlockPair(a, b, n).differing;
+  return orderAt(m != 0 ? Block::first(m) : n, a, na, b, nb);
+}
+
 // How much of the first block matches. Where more text follows, a character of two bytes at the end
 // of the block does not, because what is behind it tells where it ends.
 inline std::size_t matchBlockNoCase(const char* a, const char* b, std::size_t n,
@@ -243,7 +262,7 @@ inline std::size_t matchBlockNoCase(const char* a, const char* b, std::size_t n,
   return n < blockSize ? n : blockSize;
 }
 
-// Stands by itself, so that short texts of ASCII need no room on the stack.
+// Stands by itself for the same reason.
 [[gnu::noinline]] inline std::size_t matchLettersNoCase(const char* a, const char* b, std::size_t n,
                                                         const unsigned short* upper) {
   std::size_t i = 0;

@@ -349,9 +349,16 @@ struct Avx2Block {
   static Bytes down4(Bytes units) { return _mm256_srli_epi16(units, 4); }
   static Bytes talliedShort(Bytes tally, Bytes a, Bytes b) {
     const Bytes high = _mm256_packus_epi16(_mm256_srli_epi16(a, 7), _mm256_srli_epi16(b, 7));
-    return tallied(tallied(tally, below(high, 1)), below(high, 16));
+    const Bytes counts = _mm256_broadcastsi128_si256(shortCounts());
+    return plus(tally, _mm256_shuffle_epi8(counts, _mm256_adds_epu8(high, all(0x70))));
   }
   static constexpr std::size_t shortUnitTurns = 127;
+
+  /// How often a unit counts, by its bits from the seventh on. Those from 16 on, with 0x70 added,
+  /// get the top bit, for which a shuffle gives 0.
+  static __m128i shortCounts() {
+    return _mm_setr_epi8(2, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1);
+  }
 
  private:
   static Bytes lowHalfUp(Bytes v) { return _mm256_permute2x128_si256(v, v, 0x08); }
@@ -430,7 +437,8 @@ struct Avx512Block {
   static Bytes down4(Bytes units) { return _mm512_srli_epi16(units, 4); }
   static Bytes talliedShort(Bytes tally, Bytes a, Bytes b) {
     const Bytes high = _mm512_packus_epi16(_mm512_srli_epi16(a, 7), _mm512_srli_epi16(b, 7));
-    return tallied(tallied(tally, below(high, 1)), below(high, 16));
+    const Bytes counts = _mm512_maskz_broadcast_i32x4(0xFFFF, Avx2Block::shortCounts());
+    return plus(tally, _mm512_shuffle_epi8(counts, _mm512_adds_epu8(high, all(0x70))));
   }
   static constexpr std::size_t shortUnitTurns = 127;
 

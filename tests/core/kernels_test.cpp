@@ -133,6 +133,8 @@ TEST(Kernels, CaseOfBytes) {
 
 int folded(char c) { return c >= 'A' && c <= 'Z' ? c | 0x20 : c; }
 
+unsigned char byteAt(const char* s, std::size_t i) { return static_cast<unsigned char>(s[i]); }
+
 TEST(Kernels, MatchWithoutCase) {
   withEachForm([](const Loops& form) {
     const GuardedBuffer left(longest);
@@ -154,7 +156,12 @@ TEST(Kernels, MatchWithoutCase) {
         other[i] = static_cast<char>(random());
         std::size_t expected = 0;
         while (expected < n && folded(a[expected]) == folded(other[expected])) ++expected;
-        ASSERT_EQ(expected, form.matchNoCase(p, right.atEnd(other), n)) << n << ' ' << i;
+        const char* q = right.atEnd(other);
+        ASSERT_EQ(expected, form.matchNoCase(p, q, n)) << n << ' ' << i;
+        const int order = expected == n ? 0 : byteAt(p, expected) > byteAt(q, expected) ? 1 : -1;
+        ASSERT_EQ(order, form.compareNoCase(p, n, q, n)) << n << ' ' << i;
+        ASSERT_EQ(expected < i ? order : 1, form.compareNoCase(p, n, q, i)) << n << ' ' << i;
+        ASSERT_EQ(expected < i ? order : -1, form.compareNoCase(p, i, q, n)) << n << ' ' << i;
       }
     }
   });
