@@ -360,35 +360,72 @@ inline const char* findPatternNoCase(const char* begin, const char* end,
 
 // ------------------------------------------------------------------ hexadecimal text
 
+// What a wide block is too long for is handled in narrower ones.
+using NarrowBlock = std::conditional_t<(blockSize > Sse2Block::size), Sse2Block, Block>;
+
 // Two digits of each byte stand in one unit, the high one first.
-inline void encodeHex(const unsigned char* data, std::size_t n, char* out) {
-  constexpr std::size_t half = blockSize / 2;
-  for (; n >= half; n -= half, data += half, out += blockSize) {
-    const Bytes units = Block::widened(data);
-    const Bytes digits =
-        Block::both(Block::either(Block::down4(units), Block::up8(units)), Block::all(0x0F));
-    const Bytes letters = Block::where(Block::others(Block::below(digits, 10)), 'A' - '0' - 10);
-    Block::store(out, Block::plus(Block::plus(digits, Block::all('0')), letters));
-  }
-  for (; n != 0; --n, ++data) {
-    *out++ = "0123456789ABCDEF"[*data >> 4];
-    *out++ = "0123456789ABCDEF"[*data & 15];
+template <class B>
+inline void encodeHexBlock(const unsigned char* data, char* out) {
+  const typename B::Bytes units = B::widened(data);
+  const typename B::Bytes digits = B::both(B::either(B::down4(units), B::up8(units)), B::all(0x0F));
+  const typename B::Bytes letters = B::where(B::others(B::below(digits, 10)), 'A' - '0' - 10);
+  B::store(out, B::plus(B::plus(digits, B::all('0')), letters));
+}
+
+// Encodes from `i` on what fills whole blocks, and returns what follows it.
+template <class B>
+inline std::size_t encodeHexBlocks(const unsigned char* data, std::size_t i, std::size_t n,
+                                   char* out) {
+  constexpr std::size_t half = B::size / 2;
+  for (; n - i >= half; i += half) encodeHexBlock<B>(data + i, out + 2 * i);
+  return i;
+}
+
+// Stands by itself, so that what fills whole blocks needs no room on the stack.
+[[gnu::noinline]] inline void encodeHexRest(const unsigned char* data, std::size_t i, std::size_t n,
+                                            char* out) {
+  i = encodeHexBlocks<NarrowBlock>(data, i, n, out);
+  for (i = encodeHexBlocks<PlainBlock>(data, i, n, out); i != n; ++i) {
+    out[2 * i] = "0123456789ABCDEF"[data[i] >> 4];
+    out[2 * i + 1] = "0123456789ABCDEF"[data[i] & 15];
   }
 }
 
+inline void encodeHex(const unsigned char* data, std::size_t n, char* out) {
+  const std::size_t i = encodeHexBlocks<Block>(data, 0, n, out);
+  if (i != n) encodeHexRest(data, i, n, out);
+}
+
+// False where not all are digits.
+template <class B>
+inline bool decodeHexBlock(const char* hex, unsigned char* out) {
+  const typename B::Bytes v = B::load(hex);
+  const typename B::Marks letters = B::range(B::either(v, B::all(0x20)), 'a', 'f');
+  const typename B::Marks digits = B::range(v, '0', '9');
+  if (B::mask(B::others(B::either(letters, digits))) != 0) return false;
+  const typename B::Bytes nibbles = B::plus(B::both(v, B::all(0x0F)), B::where(letters, 9));
+  // The high nibble stands first, in the low byte.
+  const typename B::Bytes high = B::down4(B::up8(nibbles));
+  const typename B::Bytes low = B::down4(B::down4(nibbles));
+  B::storeNarrowed(out, B::either(high, low));
+  return true;
+}
+
+template <class B>
+inline std::size_t decodeHexBlocks(const char* hex, std::size_t i, std::size_t n,
+                                   unsigned char* out) {
+  constexpr std::size_t half = B::size / 2;
+  while (n - i >= half && decodeHexBlock<B>(hex + 2 * i, out + i)) i += half;
+  return i;
+}
+
+[[gnu::noinline]] inline std::size_t decodeHexRest(const char* hex, std::size_t i, std::size_t n,
+                                                   unsigned char* out) {
+  i = decodeHexBlocks<NarrowBlock>(hex, i, n, out);
+  return decodeHexBlocks<PlainBlock>(hex, i, n, out);
+}
+
 inline std::size_t decodeHex(const char* hex, std::size_t n, unsigned char* out) {
-  constexpr std::size_t half = blockSize / 2;
-  std::size_t done = 0;
-  for (; n - done >= half; done += half) {
-    const Bytes v = loadAt(hex + 2 * done);
-    const Marks letters = Block::range(Block::either(v, Block::all(0x20)), 'a', 'f');
-    const Marks digits = Block::range(v, '0', '9');
-    if (Block::mask(Block::others(Block::either(letters, digits))) != 0) break;
-    const Bytes nibbles = Block::plus(Block::both(v, Block::all(0x0F)), Block::where(letters, 9));
-    // The high nibble stands first, in the low byte.
-    const Bytes high = Block::down4(Block::up8(nibbles));
-    const Bytes low = Block::down4(Block::down4(nibbles));
-    Block::storeNarrowed(out + done, Block::either(high, low));
-  }
-  return done;
+  const std::size_t i = decodeHexBlocks<Block>(hex, 0, n, out);
+  return i == n ? n : decodeHexRest(hex, i, n, out);
 }

@@ -210,7 +210,7 @@ void str2bin(const char* hex, void* out, int n) {
   unsigned char* bytes = static_cast<unsigned char*>(out);
   const std::size_t count = static_cast<std::size_t>(n);
   // Behind a terminator there may be nothing to read.
-  const std::size_t pairs = count <= 8 ? 0 : strnlen(hex, 2 * count) / 2;
+  const std::size_t pairs = count < 8 ? 0 : strnlen(hex, 2 * count) / 2;
   std::size_t i = cc::kernels::loops->decodeHex(hex, pairs, bytes);
   for (; i < count; ++i) {
     const unsigned int high = hexValue(hex[2 * i]);
