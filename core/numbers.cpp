@@ -85,12 +85,21 @@ std::uint64_t longMagnitude(const char* p, std::size_t n, std::uint64_t& wrong) 
 
 constexpr std::size_t mostShort = 9;  // digits whose number fits every type
 
-// Stands by itself, so that short numbers need no room on the stack.
+bool isSign(char c) { return c == '-' || c == '+'; }
+
+// The ranges that are not short, those without a number among them. Stands by itself, so that short
+// numbers need no room on the stack.
 template <class T>
-[[gnu::noinline]] bool parseLong(const char* digits, std::size_t n, bool negative, T limit,
-                                 T& out) {
+[[gnu::noinline]] bool parseLong(const char* begin, std::size_t n, T limit, T& out) {
+  constexpr std::size_t most = 20;
+  if (n <= mostShort || n > most) return false;
+  const bool negative = *begin == '-';
+  if (isSign(*begin)) {
+    ++begin;
+    --n;
+  }
   std::uint64_t wrong = 0;
-  const std::uint64_t magnitude = longMagnitude(digits, n, wrong);
+  const std::uint64_t magnitude = longMagnitude(begin, n, wrong);
   if (wrong != 0 || magnitude > static_cast<std::uint64_t>(limit)) return false;
   const T value = static_cast<T>(magnitude);
   out = negative ? -value : value;
@@ -100,15 +109,11 @@ template <class T>
 // An optional sign and decimal digits that fill the range, of a magnitude of at most `limit`.
 template <class T>
 bool parseRange(const char* begin, const char* end, T limit, T& out) {
-  constexpr std::size_t most = 20;
-  std::size_t n = static_cast<std::size_t>(end - begin);
-  if (n - 1 >= most) return false;  // a null range too, which is empty
+  if (!begin) return false;
+  const std::size_t n = static_cast<std::size_t>(end - begin);
+  if (n - 1 >= mostShort) return parseLong(begin, n, limit, out);
   const bool negative = *begin == '-';
-  if (negative || *begin == '+') {
-    ++begin;
-    if (--n == 0) return false;
-  }
-  if (n > mostShort) return parseLong(begin, n, negative, limit, out);
+  if (isSign(*begin) && ++begin == end) return false;
   unsigned int number = static_cast<unsigned char>(*begin) - unsigned{'0'};
   if (number > 9) return false;
   while (++begin != end) {
