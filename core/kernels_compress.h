@@ -114,19 +114,23 @@ inline std::size_t encode16(__m256i units, std::size_t used, char* to, std::size
   return fitting;
 }
 
-inline char* encode(const unsigned short* src, const unsigned short* srcEnd, char* dst,
-                    const char* dstEnd) {
-  const Bytes beyond = _mm512_set1_epi16(-0x80);
+// Writes the 32 units at `src` if all are ASCII.
+inline bool encodeAscii32(const unsigned short* src, char* dst) {
+  const Bytes v = Block::load(src);
+  if (_mm512_test_epi16_mask(v, _mm512_set1_epi16(-0x80)) != 0) return false;
+  Block::storeNarrowed(dst, v);
+  return true;
+}
+
+// Stands by itself, so that short texts of ASCII do without its constants.
+[[gnu::noinline]] inline char* encodeMixed(const unsigned short* src, const unsigned short* srcEnd,
+                                           char* dst, const char* dstEnd) {
   while (src < srcEnd && dst != dstEnd) {
     const std::size_t left = static_cast<std::size_t>(srcEnd - src);
-    if (left >= 32 && dstEnd - dst >= 32) {
-      const Bytes v = Block::load(src);
-      if (_mm512_test_epi16_mask(v, beyond) == 0) {
-        Block::storeNarrowed(dst, v);
-        src += 32;
-        dst += 32;
-        continue;
-      }
+    if (left >= 32 && dstEnd - dst >= 32 && encodeAscii32(src, dst)) {
+      src += 32;
+      dst += 32;
+      continue;
     }
     const std::size_t n = left < 16 ? left : 16;
     const __m256i units = _mm256_maskz_loadu_epi16(static_cast<__mmask16>(lowBits(n)), src);
@@ -134,4 +138,13 @@ inline char* encode(const unsigned short* src, const unsigned short* srcEnd, cha
     src += n;
   }
   return dst;
+}
+
+inline char* encode(const unsigned short* src, const unsigned short* srcEnd, char* dst,
+                    const char* dstEnd) {
+  while (srcEnd - src >= 32 && dstEnd - dst >= 32 && encodeAscii32(src, dst)) {
+    src += 32;
+    dst += 32;
+  }
+  return src < srcEnd && dst != dstEnd ? encodeMixed(src, srcEnd, dst, dstEnd) : dst;
 }

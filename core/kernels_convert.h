@@ -33,15 +33,22 @@ inline void decodeAscii(const char*& src, const char* srcEnd, unsigned short*& d
   }
 }
 
-inline unsigned short* decode(const char* src, const char* srcEnd, unsigned short* dst,
-                              const unsigned short* dstEnd) {
-  decodeAscii(src, srcEnd, dst, dstEnd);
+// Stands by itself, so that short texts of ASCII need no room on the stack.
+[[gnu::noinline]] inline unsigned short* decodeMixed(const char* src, const char* srcEnd,
+                                                     unsigned short* dst,
+                                                     const unsigned short* dstEnd) {
   while (src < srcEnd && dst != dstEnd) {
     const Piece piece = pieceAt(src, srcEnd);
     decodeValid(src, piece.valid, dst, dstEnd);
     while (src < piece.next && dst != dstEnd) src = decodeCharacter(*dst++, src, srcEnd);
   }
   return dst;
+}
+
+inline unsigned short* decode(const char* src, const char* srcEnd, unsigned short* dst,
+                              const unsigned short* dstEnd) {
+  decodeAscii(src, srcEnd, dst, dstEnd);
+  return src < srcEnd && dst != dstEnd ? decodeMixed(src, srcEnd, dst, dstEnd) : dst;
 }
 
 // ------------------------------------------------------------------ case
