@@ -82,6 +82,13 @@ unsigned char foldedByte(const char* begin, const char* p, const char* end) {
   return static_cast<unsigned char>(bytes[p - start]);
 }
 
+// Whether a character that begins with `c` may match one that begins with `first`.
+bool canMatch(char c, char first) {
+  if (!isAscii(c) || !isAscii(first)) return !continues(c);
+  return chr_upper_table_ascii[static_cast<unsigned char>(c)] ==
+         chr_upper_table_ascii[static_cast<unsigned char>(first)];
+}
+
 // What a search is for.
 struct Pattern {
   const char* begin;
@@ -241,7 +248,7 @@ const char* Search::findInValid(const char* from, const char* last, const char* 
     q = loops->findPatternNoCase(q, last + 1, pattern.filter);
     if (q > last) break;
     std::size_t looked = 1;
-    if (!continues(*q)) {
+    if (canMatch(*q, *pattern.rest)) {
       if (const char* start = startBefore(q)) {
         const cc::NoCaseOrder result =
             cc::compareNoCase(q, q + pattern.restLength, pattern.rest, pattern.end);
