@@ -63,24 +63,30 @@ struct Comparison {
     }
     return left == right ? 0 : left > right ? 1 : -1;
   }
+
+  NoCaseOrder result(int order) const { return {order, static_cast<std::size_t>(p - a)}; }
+  // Where one of the texts is over.
+  NoCaseOrder ending() const { return result((p < aEnd ? 1 : 0) - (q < bEnd ? 1 : 0)); }
 };
+
+// From a difference on. Stands by itself, so that texts without one need less room on the stack.
+[[gnu::noinline]] NoCaseOrder compareOn(Comparison comparison) {
+  constexpr int singleSteps = 16;
+  for (;;) {
+    for (int i = 0; i < singleSteps; ++i) {
+      if (comparison.isOver()) return comparison.ending();
+      if (const int order = comparison.step(); order != 0) return comparison.result(order);
+    }
+    if (caseTables.plainBytes) comparison.skip();
+  }
+}
 
 }  // namespace
 
 NoCaseOrder compareNoCase(const char* a, const char* aEnd, const char* b, const char* bEnd) {
-  constexpr int singleSteps = 16;
   Comparison comparison{a, aEnd, b, bEnd};
-  const bool blocks = caseTables.plainBytes;
-  while (!comparison.isOver()) {
-    if (blocks) comparison.skip();
-    for (int i = 0; i < singleSteps && !comparison.isOver(); ++i) {
-      if (const int order = comparison.step(); order != 0) {
-        return {order, static_cast<std::size_t>(comparison.p - a)};
-      }
-    }
-  }
-  const int order = (comparison.p < aEnd ? 1 : 0) - (comparison.q < bEnd ? 1 : 0);
-  return {order, static_cast<std::size_t>(comparison.p - a)};
+  if (caseTables.plainBytes) comparison.skip();
+  return comparison.isOver() ? comparison.ending() : compareOn(comparison);
 }
 
 }  // namespace cc
