@@ -179,6 +179,7 @@ class COMMON_CORE_API MLDoc {
   ChArr name;                 ///< the document's name in messages; kept by `release`
 
  private:
+  COMMON_CORE_HIDDEN bool anyStep(Token& token);
   COMMON_CORE_HIDDEN bool anyAttribute(const Token& token, Attribute& attribute);
 };
 

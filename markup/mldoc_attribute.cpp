@@ -115,25 +115,28 @@ void trimLineBreaks(ChPair& value) {
 // Attributes in their usual form; everything else is left to `anyAttribute`, which starts anew.
 bool MLDoc::attribute(const Token& token, Attribute& attribute) {
   const char* const end = token.tag.end;
-  const bool known = text && token.tag.begin >= text && end <= text + textSize &&
-                     end > token.tag.begin && end[-1] == '>';
+  const bool known = text && token.tag.begin >= text && end <= text + textSize;
   if (!known) return anyAttribute(token, attribute);
-  const char* p = text + position;
-  if (p <= token.tag.begin || p >= end) {
+  const char* from = text + position;
+  if (from <= token.tag.begin || from >= end) {
     if (!hasOwnName(token)) return anyAttribute(token, attribute);
-    p = token.name.end;
-    if (*p == '/' && p + 2 != end) return anyAttribute(token, attribute);
+    if (from == end && *token.name.end == '>') return false;
+    from = token.name.end;
+    if (*from == '/' && from + 2 != end) return anyAttribute(token, attribute);
   }
+  if (end[-1] != '>') return anyAttribute(token, attribute);
+  const char* p = from;
   while (cc::isSpaceByte(*p)) ++p;
   if (*p == '>' || *p == '/') {
     position = static_cast<unsigned int>(end - text);
     return false;
   }
-  const cc::PlainAttribute plain = cc::findPlainAttribute(p, end, text + textSize);
-  if (!plain.valueEnd || *p == '-') return anyAttribute(token, attribute);
+  const cc::PlainAttribute plain = cc::findPlainAttribute(from, p, text + textSize);
+  const char* const valueEnd = from + plain.valueEnd;
+  if (!plain.nameEnd || valueEnd >= end || *p == '-') return anyAttribute(token, attribute);
+  position = static_cast<unsigned int>(from - text) + static_cast<unsigned int>(plain.valueEnd) + 1;
   attribute.name = ChPair(p, plain.nameEnd);
-  attribute.value = ChPair(plain.nameEnd + 2, plain.valueEnd);
-  position = static_cast<unsigned int>(plain.valueEnd + 1 - text);
+  attribute.value = ChPair(plain.nameEnd + 2, valueEnd);
   return true;
 }
 

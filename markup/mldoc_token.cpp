@@ -100,7 +100,37 @@ Reading readMarkup(const char* p, const char* end, MLDoc::Token& token) {
 
 }  // namespace
 
+// Tags in their usual form; everything else is left to `anyStep`, which starts anew.
 bool MLDoc::step(Token& token) {
+  using Block = cc::kernels::NativeBlock;
+  constexpr unsigned int needed = cc::Window::size + Block::size;
+  if constexpr (cc::Window::bitsPerByte != 1) return anyStep(token);
+  if (!text || position > textSize || textSize - position < needed) return anyStep(token);
+  const char* const from = text + position;
+  const cc::NearTag near = cc::findNearTag(from);
+  const char* const begin = from + near.begin;
+  const char* const end = from + near.end;
+  if (near.end == 0 || *begin != '<' || end[-1] != '>') return anyStep(token);
+  const bool isEnd = begin[1] == '/';
+  const char* const nameBegin = begin + 1 + isEnd;
+  const char* const nameEnd = cc::findShortNameEnd(nameBegin, nameBegin + Block::size);
+  if (!nameEnd || nameEnd == nameBegin) return anyStep(token);
+  if (nameEnd + 1 != end) {
+    const cc::Window::Mask quotes = cc::Window::equal(from, '"') & near.inside;
+    if (!endsElementName(*nameEnd) || cc::isOdd(quotes)) return anyStep(token);
+  }
+  position += static_cast<unsigned int>(near.end);
+  const bool closing = isEnd | (end[-2] == '/');
+  token.name = ChPair(nameBegin, nameEnd);
+  token.tag = ChPair(begin, end);
+  token.type = Token::Element;
+  token.depth += !closing - isEnd;
+  token.opening = !isEnd;
+  token.closing = closing;
+  return true;
+}
+
+bool MLDoc::anyStep(Token& token) {
   if (!text || position > textSize) return false;
   const char* const end = text + textSize;
   const char* const begin = cc::findTagBegin(text + position, end);

@@ -25,23 +25,38 @@ using kernels::findControl;
 struct Window {
   using Block = kernels::NativeBlock;
   using Mask = std::uint64_t;
-  static constexpr int blocks = Block::size == 16 ? 2 : 8 / static_cast<int>(Block::size);
+  static constexpr int blocks = Block::size == 16 ? 4 : 8 / static_cast<int>(Block::size);
   static constexpr unsigned int bitsPerByte = Block::size == 16 ? 1 : 8;
   static constexpr std::ptrdiff_t size = blocks * static_cast<std::ptrdiff_t>(Block::size);
 
-  // The bytes at `p` that `marksOf` marks.
-  template <class MarksOf>
+  // The bytes at `p` that `marksOf` marks, in the first `count` blocks.
+  template <int count = blocks, class MarksOf>
   static Mask marks(const char* p, MarksOf marksOf) {
-    Mask mask = 0;
-    for (int i = 0; i < blocks; ++i) {
-      const unsigned int at = static_cast<unsigned int>(i) * Block::size;
-      mask |= Mask{Block::mask(marksOf(Block::load(p + at)))} << at * bitsPerByte;
-    }
-    return mask;
+    return marksIn<0, count>(p, marksOf);
+  }
+  // The bytes at `p` that are `c`.
+  template <int count = blocks>
+  static Mask equal(const char* p, char c) {
+    return marks<count>(p, [wanted = Block::all(static_cast<unsigned char>(c))](Block::Bytes v) {
+      return Block::equal(v, wanted);
+    });
   }
   // The index of the first byte of a mask that is not 0.
   static std::size_t first(Mask mask) {
     return static_cast<unsigned int>(std::countr_zero(mask)) / bitsPerByte;
+  }
+
+ private:
+  // By halves, so that no compiler makes a loop of it and no shift waits for another.
+  template <int begin, int end, class MarksOf>
+  static Mask marksIn(const char* p, MarksOf marksOf) {
+    if constexpr (end - begin == 1) {
+      constexpr unsigned int at = begin * Block::size;
+      return Mask{Block::mask(marksOf(Block::load(p + at)))} << at * bitsPerByte;
+    } else {
+      constexpr int middle = (begin + end) / 2;
+      return marksIn<begin, middle>(p, marksOf) | marksIn<middle, end>(p, marksOf);
+    }
   }
 };
 
@@ -107,8 +122,7 @@ inline const char* skipSpace(const char* p, const char* end) {
 // The first `<`. What stands between two tags is mostly short.
 inline const char* findTagBegin(const char* p, const char* end) {
   if (end - p >= Window::size) {
-    const Window::Mask begins = Window::marks(
-        p, [](Window::Block::Bytes v) { return Window::Block::equal(v, Window::Block::all('<')); });
+    const Window::Mask begins = Window::equal(p, '<');
     if (begins != 0) return p + Window::first(begins);
   }
   return findFarByte(p, end, '<');
@@ -116,13 +130,10 @@ inline const char* findTagBegin(const char* p, const char* end) {
 
 // The first `>` outside of double quotes, where `p` stands outside of them.
 inline const char* findTagEnd(const char* p, const char* end) {
-  using Block = Window::Block;
   bool quoted = false;
   for (; end - p >= Window::size; p += Window::size) {
-    const Window::Mask quotes =
-        Window::marks(p, [](Block::Bytes v) { return Block::equal(v, Block::all('"')); });
-    Window::Mask ends =
-        Window::marks(p, [](Block::Bytes v) { return Block::equal(v, Block::all('>')); });
+    const Window::Mask quotes = Window::equal(p, '"');
+    Window::Mask ends = Window::equal(p, '>');
     for (; ends != 0; ends &= ends - 1) {
       const Window::Mask upToEnd = ends ^ (ends - 1);
       if (isOdd(quotes & upToEnd) == quoted) return p + Window::first(ends);
@@ -132,34 +143,56 @@ inline const char* findTagEnd(const char* p, const char* end) {
   return findTagEndPlainly(p, end, quoted);
 }
 
+// A tag that begins and ends in the window that it was looked for in.
+struct NearTag {
+  std::size_t begin;    // index of its `<`
+  std::size_t end;      // index of the byte behind its `>`, or 0 where there is none
+  Window::Mask inside;  // its bytes but the last
+};
+
+// The first two bytes at `p` that are `<` or `>`, which mostly are a tag's. The next step waits for
+// the second, so the way to it is short.
+inline NearTag findNearTag(const char* p) {
+  using Block = Window::Block;
+  const Window::Mask angles = Window::marks(p, [](Block::Bytes v) {
+    return Block::equal(Block::either(v, Block::all('<' ^ '>')), Block::all('>'));
+  });
+  const Window::Mask behindFirst = angles & (angles - 1);
+  if (behindFirst == 0) return {0, 0, 0};
+  const Window::Mask second = behindFirst & (0 - behindFirst);
+  return {Window::first(angles), Window::first(behindFirst) + 1, second - (angles ^ behindFirst)};
+}
+
 // An attribute in its usual form, name="value", with nothing in between and no control byte in the
 // value, short enough to be seen at one look.
 struct PlainAttribute {
-  const char* nameEnd;
-  const char* valueEnd;  // null where it is not of that form
+  const char* nameEnd;   // null where it is not of that form
+  std::size_t valueEnd;  // the index of the closing quote
 };
 
-[[gnu::always_inline]] inline PlainAttribute findPlainAttribute(const char* p, const char* end,
+// The attribute whose name begins at `name`. Indices count from `from`, where the white space
+// before it begins, so that they need not wait for its length.
+[[gnu::always_inline]] inline PlainAttribute findPlainAttribute(const char* from, const char* name,
                                                                 const char* readable) {
   using Block = kernels::NativeBlock;
-  constexpr PlainAttribute none{nullptr, nullptr};
+  constexpr PlainAttribute none{nullptr, 0};
   if constexpr (Window::bitsPerByte != 1) {
     return none;
   } else {
-    if (readable - p < Window::size) return none;
-    // Quotes, and control bytes, which are not plain.
-    const Window::Mask marks = Window::marks(p, [](Block::Bytes v) {
-      return Block::either(Block::equal(v, Block::all('"')), Block::below(v, 0x20));
-    });
-    const Window::Mask behindFirst = marks & (marks - 1);
+    constexpr int blocks = 2;
+    if (readable - name < blocks * static_cast<std::ptrdiff_t>(Block::size)) return none;
+    const Window::Mask quotes = Window::equal<blocks>(from, '"');
+    const Window::Mask behindFirst = quotes & (quotes - 1);
     if (behindFirst == 0) return none;
-    const std::size_t first = Window::first(marks);
-    const std::size_t second = Window::first(behindFirst);
-    const Block::Mask noName = Block::mask(noNameBytes(Block::load(p)));
-    const bool plain = first >= 2 && noName != 0 && Block::first(noName) == first - 1 &&
-                       p[first - 1] == '=' && p[first] == '"' && p[second] == '"';
-    if (!plain || second >= static_cast<std::size_t>(end - p)) return none;
-    return {p + first - 1, p + second};
+    const char* const nameEnd = from + Window::first(quotes) - 1;
+    const Block::Mask noName = Block::mask(noNameBytes(Block::load(name)));
+    if (noName == 0 || nameEnd != name + Block::first(noName)) return none;
+    if (nameEnd == name || *nameEnd != '=') return none;
+    const Window::Mask controls =
+        Window::marks<blocks>(from, [](Block::Bytes v) { return Block::below(v, 0x20); });
+    const Window::Mask value = (behindFirst & (0 - behindFirst)) - (quotes ^ behindFirst);
+    if ((controls & value) != 0) return none;
+    return {nameEnd, Window::first(behindFirst)};
   }
 }
 

@@ -14,7 +14,12 @@ using cc::test::modelTraceOf;
 using cc::test::parts;
 using cc::test::traceOf;
 
-void compare(const std::string& text) { ASSERT_EQ(modelTraceOf(text), traceOf(text)) << text; }
+// The text alone, and with so much behind it that it is read in blocks.
+void compare(const std::string& text) {
+  const std::string longer = text + std::string(100, ' ');
+  ASSERT_EQ(modelTraceOf(text), traceOf(text)) << text;
+  ASSERT_EQ(modelTraceOf(longer), traceOf(longer)) << longer;
+}
 
 TEST(ReaderTwin, ShapesAndErrors) {
   // One walk word for word; all others are what the model makes of them.
