@@ -1,8 +1,11 @@
-// Whole blocks are copied with all that they hold; where a block holds bytes to be escaped, what
-// stands behind each is copied again behind its entity. A block that follows in the source makes
-// sure that each such copy of a block's size stays inside of both ranges.
+// How many bytes of a block need an entity is hard to predict, so nothing branches on it: lengths
+// are added up in blocks, and a block that holds any such byte is written byte by byte, each by a
+// copy of more than it takes. A block that follows in the source makes sure that such copies stay
+// inside of the target.
 
 #include "markup/escape.h"
+
+#include <algorithm>
 
 #include "core/kernels.h"
 
@@ -12,21 +15,30 @@ namespace {
 
 using Block = kernels::NativeBlock;
 
-// Copies the block at `from` to `to`, with an entity at each of `marks`; returns the end.
-char* escapeBlock(const char* from, Block::Mask marks, char* to) {
-  std::size_t done = 0;
-  while (marks != 0) {
-    const std::size_t i = Block::first(marks);
-    Block::store(to, Block::load(from + done));
-    to += i - done;
-    const Entity& entity = entityOf(from[i]);
-    kernels::storeAs(to, entity.bytes);
-    to += entity.size;
-    done = i + 1;
-    marks &= marks - 1;
+constexpr unsigned char maxGrowth = 5;  // of &quot; and &apos;
+
+// For each byte, by how much its entity is longer.
+Block::Bytes growth(Block::Bytes v) {
+  const Block::Marks quotes =
+      Block::either(Block::equal(v, Block::all('"')), Block::equal(v, Block::all('\'')));
+  const Block::Marks angles =
+      Block::equal(Block::either(v, Block::all('<' ^ '>')), Block::all('>'));
+  return Block::either(
+      Block::where(quotes, maxGrowth),
+      Block::either(Block::where(Block::equal(v, Block::all('&')), 4), Block::where(angles, 3)));
+}
+
+std::size_t sumOf(Block::Bytes tally) {
+  return Block::total(Block::plusSums(Block::all(0), tally));
+}
+
+char* escapeBlock(const char* from, char* to) {
+  for (std::size_t i = 0; i < Block::size; ++i) {
+    const Escaped& piece = escaped(from[i]);
+    kernels::storeAs(to, piece);
+    to += piece.size;
   }
-  Block::store(to, Block::load(from + done));
-  return to + (Block::size - done);
+  return to;
 }
 
 // What stands before each byte, short texts included.
@@ -35,7 +47,7 @@ char* escapeRest(const char* begin, const char* end, char* to) {
     const char* const stop = kernels::findEscapable(begin, end);
     to = kernels::copyShort(begin, static_cast<std::size_t>(stop - begin), to);
     if (stop == end) return to;
-    const Entity& entity = entityOf(*stop);
+    const Escaped& entity = escaped(*stop);
     to = kernels::copyShort(entity.bytes.data(), entity.size, to);
     begin = stop + 1;
   }
@@ -44,30 +56,32 @@ char* escapeRest(const char* begin, const char* end, char* to) {
 }  // namespace
 
 unsigned long long escapedLength(const char* begin, const char* end) {
+  constexpr std::size_t mostTurns = 255 / maxGrowth;
   unsigned long long length = static_cast<unsigned long long>(end - begin);
-  while (static_cast<std::size_t>(end - begin) >= Block::size) {
-    for (Block::Mask marks = kernels::escapableAt(begin); marks != 0; marks &= marks - 1) {
-      length += entityOf(begin[Block::first(marks)]).size - 1U;
+  begin = kernels::findEscapable(begin, end);
+  std::size_t left = static_cast<std::size_t>(end - begin);
+  while (left >= Block::size) {
+    Block::Bytes tally = Block::all(0);
+    const char* const stop = begin + std::min(left / Block::size, mostTurns) * Block::size;
+    left -= static_cast<std::size_t>(stop - begin);
+    for (; begin != stop; begin += Block::size) {
+      tally = Block::plus(tally, growth(Block::load(begin)));
     }
-    begin += Block::size;
+    length += sumOf(tally);
   }
-  for (; begin != end; ++begin) {
-    const unsigned int size = entityOf(*begin).size;
-    length += size != 0 ? size - 1 : 0;
-  }
-  return length;
+  return left == 0 ? length : length + sumOf(growth(Block::loadPart(begin, left)));
 }
 
 char* escapeText(const char* begin, const char* end, char* to) {
-  while (static_cast<std::size_t>(end - begin) >= 2 * Block::size) {
-    const Block::Mask marks = kernels::escapableAt(begin);
-    if (marks == 0) {
+  const std::size_t blocks = static_cast<std::size_t>(end - begin) / Block::size;
+  const char* const stop = blocks < 2 ? begin : begin + (blocks - 1) * Block::size;
+  for (; begin != stop; begin += Block::size) {
+    if (kernels::escapableAt(begin) == 0) {
       Block::store(to, Block::load(begin));
       to += Block::size;
     } else {
-      to = escapeBlock(begin, marks, to);
+      to = escapeBlock(begin, to);
     }
-    begin += Block::size;
   }
   return escapeRest(begin, end, to);
 }

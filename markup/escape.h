@@ -9,29 +9,33 @@
 
 namespace cc {
 
-// An entity as it is copied: eight bytes, of which the first `size` count.
-struct Entity {
-  std::array<char, 8> bytes{};
+// What a byte is written as: seven bytes, of which the first `size` count.
+struct Escaped {
+  std::array<char, 7> bytes{};
   std::uint8_t size = 0;
 
-  constexpr Entity() = default;
-  constexpr explicit Entity(std::string_view text) : size(static_cast<std::uint8_t>(text.size())) {
+  constexpr Escaped() = default;
+  constexpr explicit Escaped(std::string_view text) : size(static_cast<std::uint8_t>(text.size())) {
     for (std::size_t i = 0; i < text.size(); ++i) bytes[i] = text[i];
   }
 };
 
-// The entity for each byte that needs one, else an empty one.
-inline constexpr auto entityOfByte = [] {
-  std::array<Entity, 256> table{};
-  table['"'] = Entity("&quot;");
-  table['\''] = Entity("&apos;");
-  table['&'] = Entity("&amp;");
-  table['<'] = Entity("&lt;");
-  table['>'] = Entity("&gt;");
+// An entity for each byte that needs one, every other byte as it is.
+inline constexpr auto escapedBytes = [] {
+  std::array<Escaped, 256> table{};
+  for (std::size_t i = 0; i < table.size(); ++i) {
+    const char byte = static_cast<char>(i);
+    table[i] = Escaped(std::string_view(&byte, 1));
+  }
+  table['"'] = Escaped("&quot;");
+  table['\''] = Escaped("&apos;");
+  table['&'] = Escaped("&amp;");
+  table['<'] = Escaped("&lt;");
+  table['>'] = Escaped("&gt;");
   return table;
 }();
 
-inline const Entity& entityOf(char c) { return entityOfByte[static_cast<unsigned char>(c)]; }
+inline const Escaped& escaped(char c) { return escapedBytes[static_cast<unsigned char>(c)]; }
 
 // Number of bytes that the text takes with entities.
 unsigned long long escapedLength(const char* begin, const char* end);

@@ -27,7 +27,7 @@ void MLDocOut::Piece::addEscaped(const char* begin, const char* end) {
     const char* const stop = cc::kernels::findEscapable(begin, end);
     add(std::string_view(begin, static_cast<std::size_t>(stop - begin)));
     if (stop == end) break;
-    const cc::Entity& entity = cc::entityOf(*stop);
+    const cc::Escaped& entity = cc::escaped(*stop);
     add(std::string_view(entity.bytes.data(), entity.size));
     begin = stop + 1;
   }

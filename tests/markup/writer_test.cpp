@@ -10,6 +10,7 @@
 #include <functional>
 #include <random>
 
+#include "markup/escape.h"
 #include "tests/files/messages.h"
 #include "tests/markup/reader_trace.h"
 #include "tests/support/alloc_sweep.h"
@@ -267,8 +268,11 @@ TEST(EscapeString, TextsOfEveryLength) {
       ChArr escaped;
       MLDocOut::escapeString(ChPair(source.begin(), source.end()), escaped);
       ASSERT_EQ(expected, escaped.c_str()) << text;
+      ASSERT_EQ(expected.size(), cc::escapedLength(source.begin(), source.end())) << text;
     }
   }
+  const std::string quotes(1000, '"');
+  EXPECT_EQ(6000, cc::escapedLength(quotes.data(), quotes.data() + quotes.size()));
 }
 
 TEST(Writer, FileAndBagGetTheSame) {
