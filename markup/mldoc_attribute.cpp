@@ -131,7 +131,9 @@ bool MLDoc::attribute(const Token& token, Attribute& attribute) {
     position = static_cast<unsigned int>(end - text);
     return false;
   }
-  const cc::PlainAttribute plain = cc::findPlainAttribute(from, p, text + textSize);
+  using cc::Window;
+  cc::PlainAttribute plain = cc::findPlainAttribute<Window::blocks / 2>(from, p, text + textSize);
+  if (!plain.nameEnd) plain = cc::findPlainAttribute<Window::blocks>(from, p, text + textSize);
   const char* const valueEnd = from + plain.valueEnd;
   if (!plain.nameEnd || valueEnd >= end || *p == '-') return anyAttribute(token, attribute);
   position = static_cast<unsigned int>(from - text) + static_cast<unsigned int>(plain.valueEnd) + 1;

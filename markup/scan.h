@@ -164,7 +164,7 @@ inline NearTag findNearTag(const char* p) {
 }
 
 // An attribute in its usual form, name="value", with nothing in between and no control byte in the
-// value, short enough to be seen at one look.
+// value, short enough to be seen at one look at a window or the first blocks of one.
 struct PlainAttribute {
   const char* nameEnd;   // null where it is not of that form
   std::size_t valueEnd;  // the index of the closing quote
@@ -172,6 +172,7 @@ struct PlainAttribute {
 
 // The attribute whose name begins at `name`. Indices count from `from`, where the white space
 // before it begins, so that they need not wait for its length.
+template <int blocks>
 [[gnu::always_inline]] inline PlainAttribute findPlainAttribute(const char* from, const char* name,
                                                                 const char* readable) {
   using Block = kernels::NativeBlock;
@@ -179,7 +180,6 @@ struct PlainAttribute {
   if constexpr (Window::bitsPerByte != 1) {
     return none;
   } else {
-    constexpr int blocks = 2;
     if (readable - name < blocks * static_cast<std::ptrdiff_t>(Block::size)) return none;
     const Window::Mask quotes = Window::equal<blocks>(from, '"');
     const Window::Mask behindFirst = quotes & (quotes - 1);
