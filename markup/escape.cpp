@@ -1,7 +1,7 @@
 // How many bytes of a block need an entity is hard to predict, so nothing branches on it: lengths
 // are added up in blocks, and a block that holds any such byte is written byte by byte, each by a
-// copy of more than it takes. A block that follows in the source makes sure that such copies stay
-// inside of the target.
+// copy of more than it takes. So many bytes are left behind the block in the source that the copies
+// stay inside of the target.
 
 #include "markup/escape.h"
 
@@ -73,9 +73,8 @@ unsigned long long escapedLength(const char* begin, const char* end) {
 }
 
 char* escapeText(const char* begin, const char* end, char* to) {
-  const std::size_t blocks = static_cast<std::size_t>(end - begin) / Block::size;
-  const char* const stop = blocks < 2 ? begin : begin + (blocks - 1) * Block::size;
-  for (; begin != stop; begin += Block::size) {
+  constexpr std::size_t needed = Block::size + std::max(Block::size, sizeof(Escaped));
+  for (; static_cast<std::size_t>(end - begin) >= needed; begin += Block::size) {
     if (kernels::escapableAt(begin) == 0) {
       Block::store(to, Block::load(begin));
       to += Block::size;

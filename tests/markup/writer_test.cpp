@@ -265,10 +265,10 @@ TEST(EscapeString, TextsOfEveryLength) {
         expected += forms[kind];
       }
       const cc::test::GuardedBuffer source(text);
-      ChArr escaped;
-      MLDocOut::escapeString(ChPair(source.begin(), source.end()), escaped);
-      ASSERT_EQ(expected, escaped.c_str()) << text;
+      const cc::test::GuardedBuffer target(std::string(expected.size(), ' '));
       ASSERT_EQ(expected.size(), cc::escapedLength(source.begin(), source.end())) << text;
+      ASSERT_EQ(target.end(), cc::escapeText(source.begin(), source.end(), target.begin()));
+      ASSERT_EQ(expected, std::string(target.begin(), target.end()));
     }
   }
   const std::string quotes(1000, '"');
