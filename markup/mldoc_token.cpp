@@ -103,6 +103,7 @@ Reading readMarkup(const char* p, const char* end, MLDoc::Token& token) {
 // Tags in their usual form; everything else is left to `anyStep`, which starts anew.
 bool MLDoc::step(Token& token) {
   using Block = cc::kernels::NativeBlock;
+  // A window, and a block for a name that begins in it. Narrow windows seldom show a whole tag.
   constexpr unsigned int needed = cc::Window::size + Block::size;
   if constexpr (cc::Window::bitsPerByte != 1) return anyStep(token);
   if (!text || position > textSize || textSize - position < needed) return anyStep(token);
