@@ -56,20 +56,21 @@ char* escapeRest(const char* begin, const char* end, char* to) {
 }  // namespace
 
 unsigned long long escapedLength(const char* begin, const char* end) {
-  constexpr std::size_t mostTurns = 255 / maxGrowth;
+  constexpr std::size_t mostTurns = 16;
+  static_assert(mostTurns * maxGrowth <= 255);  // what a byte of a tally holds
   unsigned long long length = static_cast<unsigned long long>(end - begin);
   begin = kernels::findEscapable(begin, end);
-  std::size_t left = static_cast<std::size_t>(end - begin);
-  while (left >= Block::size) {
+  while (static_cast<std::size_t>(end - begin) >= Block::size) {
+    const std::size_t blocks = static_cast<std::size_t>(end - begin) / Block::size;
     Block::Bytes tally = Block::all(0);
-    const char* const stop = begin + std::min(left / Block::size, mostTurns) * Block::size;
-    left -= static_cast<std::size_t>(stop - begin);
-    for (; begin != stop; begin += Block::size) {
+    for (std::size_t i = std::min(blocks, mostTurns); i != 0; --i, begin += Block::size) {
       tally = Block::plus(tally, growth(Block::load(begin)));
     }
     length += sumOf(tally);
+    begin = kernels::findEscapable(begin, end);
   }
-  return left == 0 ? length : length + sumOf(growth(Block::loadPart(begin, left)));
+  if (begin == end) return length;
+  return length + sumOf(growth(Block::loadPart(begin, static_cast<std::size_t>(end - begin))));
 }
 
 char* escapeText(const char* begin, const char* end, char* to) {

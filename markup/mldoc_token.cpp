@@ -22,7 +22,7 @@ struct Reading {
 };
 
 // From the byte after `<`, or after `<?`, to just past the `>` outside of quotes.
-Reading readToTagEnd(const char* p, const char* end) {
+[[gnu::noinline]] Reading readToTagEnd(const char* p, const char* end) {
   p = cc::findTagEnd(p, end);
   if (p == end) return {p, cc::MsgTagUnclosed};
   return {p + 1, ReadOk};
