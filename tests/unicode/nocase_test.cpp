@@ -59,7 +59,7 @@ TEST(NoCase, ComparesRandomTexts) {
     Random random(31);
     for (const TextKind& kind : textKinds) {
       SCOPED_TRACE(kind.name);
-      for (int round = 0; round < 1500; ++round) {
+      for (int round = 0; round < 1500 / cc::test::stride; ++round) {
         const std::string a = kind.text(random, random() % 300);
         std::string b = varied(random, a);
         if (random() % 4 == 0) b.resize(random() % (b.size() + 1));
@@ -105,7 +105,7 @@ TEST(NoCase, FindsInRandomTexts) {
     Random random(32);
     for (const TextKind& kind : textKinds) {
       SCOPED_TRACE(kind.name);
-      for (int round = 0; round < 1500; ++round) {
+      for (int round = 0; round < 1500 / cc::test::stride; ++round) {
         findIn(texts, patterns, random, kind.text(random, random() % 500));
         if (testing::Test::HasFatalFailure()) return;
       }
@@ -131,7 +131,7 @@ TEST(NoCase, FindsInTextsOfFewCharacters) {
     Random random(33);
     for (const TextKind& kind : kinds) {
       SCOPED_TRACE(kind.name);
-      for (int round = 0; round < 4000; ++round) {
+      for (int round = 0; round < 4000 / cc::test::stride; ++round) {
         findIn(texts, patterns, random, kind.text(random, 100 + random() % 200));
         if (testing::Test::HasFatalFailure()) return;
       }
@@ -160,7 +160,7 @@ TEST(NoCase, FindsAcrossPieces) {
 
 // A quadratic search would not come back from these.
 TEST(NoCase, BadTextsTakeLinearTime) {
-  constexpr std::size_t n = 1 << 20;
+  const std::size_t n = (1U << 20) / cc::test::stride;
   const struct {
     std::string text, pattern;
   } rows[] = {

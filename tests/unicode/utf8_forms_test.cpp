@@ -160,7 +160,7 @@ TEST(Utf8Forms, SmallDomainsInsideOfBlocks) {
       units.resize(static_cast<std::size_t>(reached - units.data()));
       ASSERT_EQ(expected, units);
     };
-    for (unsigned int u = 0; u < 65536; ++u) {
+    for (int u = 0; u < 65536; u += cc::test::stride) {
       checkInside(reference::encode(static_cast<unsigned short>(u)));
       const char two[] = {static_cast<char>(u >> 8), static_cast<char>(u)};
       checkInside(string_view(two, 2));

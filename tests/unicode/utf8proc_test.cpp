@@ -12,6 +12,7 @@
 #include "charproc.h"
 #include "tests/reference/text_model.h"
 #include "tests/support/guarded_buffer.h"
+#include "tests/support/stride.h"
 
 namespace {
 
@@ -27,7 +28,8 @@ TEST(Utf8, EveryShortString) {
   const GuardedBuffer memory(3);
   for (std::size_t n = 1; n <= 3; ++n) {
     char* s = memory.end() - n;
-    for (unsigned int bits = 0; bits < 1U << (8 * n); ++bits) {
+    const unsigned int step = n < 3 ? 1 : cc::test::stride;
+    for (unsigned int bits = 0; bits < 1U << (8 * n); bits += step) {
       for (std::size_t i = 0; i < n; ++i) s[i] = static_cast<char>(bits >> (8 * i));
       const string_view text(s, n);
       ASSERT_EQ(reference::check(text), at(s, strchk_utf8(s, sizeOf(text)))) << bits;
