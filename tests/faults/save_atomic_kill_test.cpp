@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <ostream>
 
 #include "fileproc.h"
 #include "tests/faults/fault_sweep.h"
@@ -43,6 +44,8 @@ struct Target {
   const char* name;
   bool exists;
   bool link;
+
+  friend void PrintTo(const Target& target, std::ostream* out) { *out << target.name; }
 };
 
 class Killed : public testing::TestWithParam<Target> {
