@@ -35,6 +35,8 @@ class Input {
  public:
   Input(const unsigned char* data, std::size_t size)
       : left(reinterpret_cast<const char*>(data), size) {}
+  /// A part of another one.
+  explicit Input(std::string_view bytes) : left(bytes) {}
 
   bool isEmpty() const { return left.empty(); }
   /// All that is left.

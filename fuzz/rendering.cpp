@@ -24,7 +24,6 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
   for (std::string& text : texts) text = input.text();
   const std::string_view bytes = input.rest();
   const Bag message(bytes.data(), static_cast<int>(bytes.size()));
-
   loc_test::Dictionary dictionary(texts);
   loc_test::RenderModel model(bytes, texts);
   const std::optional<std::string> expected = model.render();

@@ -8,15 +8,13 @@
 
 namespace {
 
-using reference::Units;
-
 void check(const std::string& text, std::size_t room) {
   const char* const end = text.data() + text.size();
   const char* const wrong = strchk_utf8(text.data(), static_cast<unsigned int>(text.size()));
   fuzz::expect(fuzz::offsetIn(text, wrong) == reference::check(text));
   fuzz::expect(strlen_utf8(text.data(), end) == reference::countCharacters(text));
 
-  Units units = reference::toUtf16(text);
+  auto units = reference::toUtf16(text);
   const unsigned short* const unitsEnd = units.data() + units.size();
   const std::string again = reference::toUtf8(units);
   fuzz::expect(strlen_utf8(units.data(), unitsEnd) == again.size());
@@ -27,7 +25,7 @@ void check(const std::string& text, std::size_t room) {
   const std::unique_ptr<unsigned short[]> decoded(new unsigned short[room]);
   unsigned short* const stop = utf8_to_utf16(text.data(), end, decoded.get(), decoded.get() + room);
   units.resize(std::min(units.size(), room));
-  fuzz::expect(Units(decoded.get(), stop) == units);
+  fuzz::expect(reference::Units(decoded.get(), stop) == units);
 }
 
 }  // namespace
