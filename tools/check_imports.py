@@ -35,7 +35,8 @@ UNSWEPT = {
     "puts back one byte, which the C library always has room for": "ungetc",
     "may return early, and nothing relies on its length": "nanosleep",
     "without memory the locale stays as it is": "newlocale|duplocale",
-    "belongs to the compiler": "_Z.*|_ITM_.*|_Unwind_.*|__cxa_.*|__gxx_.*|__gmon_start__|_+tls_get_addr",
+    "belongs to the compiler": r"_Z.*|_ITM_.*|_Unwind_.*|__cxa_.*|__gxx_.*|__gmon_start__"
+        r"|_+tls_get_addr|__\w+di[234]",
 }
 
 
