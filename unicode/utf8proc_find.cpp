@@ -132,7 +132,7 @@ struct Pattern::Places {
   const Place& rarest(const Place* taken) const {
     const auto rank = [taken](const Place& place) {
       if (!taken || place.character != taken->character) return place.rank;
-      return place.rank + (place.at == taken->at ? 512 : 256);
+      return place.rank + (place.at == taken->at ? 512 : 256);  // ranks are bytes
     };
     return *std::min_element(list, list + count,
                              [rank](const Place& a, const Place& b) { return rank(a) < rank(b); });
