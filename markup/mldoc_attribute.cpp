@@ -26,8 +26,8 @@ struct Ends {
 // Whether the token's name is the one that the tokenizer found in the tag, and not that of an
 // element before.
 bool hasOwnName(const MLDoc::Token& token) {
-  return token.name.begin == token.tag.begin + 1 && token.name.end > token.name.begin &&
-         token.name.end < token.tag.end;
+  return token.type == MLDoc::Token::Element && token.name.begin == token.tag.begin + 1 &&
+         token.name.end > token.name.begin && token.name.end < token.tag.end;
 }
 
 // From the tag's `<` over the element name to just past the white space that follows it.

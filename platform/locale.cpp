@@ -58,7 +58,10 @@ int formatText(char* buf, std::size_t size, const char* format, va_list args) {
   return length;
 }
 
-bool localTime(std::time_t t, std::tm& out) { return localtime_r(&t, &out) != nullptr; }
+bool localTime(std::time_t t, std::tm& out) {
+  tzset();  // which localtime does, but localtime_r need not
+  return localtime_r(&t, &out) != nullptr;
+}
 
 std::size_t formatTime(char* buf, std::size_t size, const char* format, const std::tm& time) {
   return std::strftime(buf, size, format, &time);

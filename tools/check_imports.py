@@ -30,8 +30,8 @@ SWEPT = {
 UNSWEPT = {
     "computes in memory that it is given": "mem(chr|cmp|cpy|move|rchr|set)|str(chr|chrnul|cmp|len|nlen)"
         "|strto(d_l|ll|ull)|(is|to)(lower|upper)|tow(lower|upper)|v?snprintf",
-    "answers from what the process holds": "__errno_location|getpid|nl_langinfo|uselocale|freelocale"
-        "|clearerr_unlocked|fileno_unlocked|stdout",
+    "answers from what the process holds": "__errno_location|getpid|nl_langinfo|tzset|uselocale"
+        "|freelocale|clearerr_unlocked|fileno_unlocked|stdout",
     "puts back one byte, which the C library always has room for": "ungetc",
     "may return early, and nothing relies on its length": "nanosleep",
     "without memory the locale stays as it is": "newlocale|duplocale",

@@ -85,6 +85,16 @@ TEST(Attribute, TagsThatEndTooEarly) {
   EXPECT_EQ(31, errorOf([&] { doc.attribute(token, attribute); }));
 }
 
+TEST(Attribute, TheNameOfAnInstructionIsNotThatOfAnEarlierElement) {
+  OpenDoc doc("<?xml version=\"1.0\"?>");
+  MLDoc::Token token;
+  ASSERT_TRUE(doc.step(token));
+  token.name = ChPair(doc.begin() + 1, doc.begin() + 8);  // as an element of another text left it
+  MLDoc::Attribute attribute;
+  ASSERT_TRUE(doc.attribute(token, attribute));
+  EXPECT_EQ("version", std::string_view(attribute.name));
+}
+
 TEST(Attribute, TokensOfNoTextHaveNone) {
   OpenDoc doc("<a x=\"1\"/>");
   MLDoc::Token token;
