@@ -99,20 +99,27 @@ TEST_P(StartRace, NeverTwoCopiesAtOnceWhileOthersLeaveAndDie) {
       return copy(seed);
     });
   };
+  // A loaded machine may give most copies no chance: one that died is in the way until it is waited
+  // for. More are started then, until enough succeeded.
   const int copies = rounds() * 2;
+  const int wanted = copies / 4;
   int successes = 0;
-  for (int i = 0; i < GetParam(); ++i) startCopy(i);
+  int started = 0;
+  for (; started < GetParam(); ++started) startCopy(started);
   start.open();
-  for (int ended = 0; ended < copies + GetParam(); ++ended) {
+  for (int running = started; running != 0; --running) {
     int status = -1;
     ASSERT_GT(::wait(&status), 0);
     EXPECT_NE(1 << 8, status) << "two at once";
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) >= none)
         << "its file was removed, or it was killed";
     successes += WEXITSTATUS(status) - none;
-    if (ended < copies) startCopy(ended);
+    if (started < copies || (successes < wanted && started < 100 * copies)) {
+      startCopy(started++);
+      ++running;
+    }
   }
-  EXPECT_GT(successes, copies / 4) << "too few to have tried anything";
+  EXPECT_GE(successes, wanted) << "too few to have tried anything";
   EXPECT_FALSE(std::filesystem::exists(held));
 }
 
