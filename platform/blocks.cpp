@@ -1,30 +1,35 @@
-// Asks the processor what it can run. `__builtin_cpu_supports` also asks whether the system keeps
-// the registers.
+// Asks what the processor can run and the system keeps the registers of.
 
 #include "platform/blocks.h"
+
+#if CC_HAS_VECTORS
+#if __has_include(<sys/platform/x86.h>)
+// The C library asked at its own start. To ask again takes a virtual machine microseconds for each
+// word of the answer.
+#include <sys/platform/x86.h>
+#define CC_RUNS(name, builtinName) CPU_FEATURE_ACTIVE(name)
+#else
+#define CC_RUNS(name, builtinName) (__builtin_cpu_init(), __builtin_cpu_supports(builtinName) != 0)
+#endif
+#endif
 
 namespace cc::kernels {
 
 #if CC_HAS_VECTORS
 
-bool runsSse2Blocks() {
-  __builtin_cpu_init();
-  return __builtin_cpu_supports("sse2");
-}
+bool runsSse2Blocks() { return CC_RUNS(SSE2, "sse2"); }
 
 bool runsAvx2Blocks() {
-  __builtin_cpu_init();
-  return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") &&
-         __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("popcnt");
+  return CC_RUNS(AVX2, "avx2") && CC_RUNS(BMI1, "bmi") && CC_RUNS(BMI2, "bmi2") &&
+         CC_RUNS(POPCNT, "popcnt");
 }
 
 #if defined(__x86_64__)
 // The processors that have the others, but not the "vbmi" sets, pay for wide registers with their
 // clock.
 bool runsAvx512Blocks() {
-  return runsAvx2Blocks() && __builtin_cpu_supports("avx512bw") &&
-         __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512dq") &&
-         __builtin_cpu_supports("avx512vbmi2");
+  return runsAvx2Blocks() && CC_RUNS(AVX512BW, "avx512bw") && CC_RUNS(AVX512VL, "avx512vl") &&
+         CC_RUNS(AVX512DQ, "avx512dq") && CC_RUNS(AVX512_VBMI2, "avx512vbmi2");
 }
 #else
 bool runsAvx512Blocks() { return false; }
