@@ -70,7 +70,7 @@ foreach(library IN ITEMS common_core paths)
   if(TARGET ${library})
     set_target_properties(${library} PROPERTIES LINK_DEPENDS "${map}")
     target_link_options(${library} PRIVATE "-Wl,--version-script=${map}" -Wl,-z,relro,-z,now
-                        -Wl,-z,noexecstack)
+                        -Wl,-z,noexecstack -Wl,-Bsymbolic-functions)
     # Clang keeps the sanitizer's runtime in the program, so the library's references stay open.
     if(NOT (COMMON_CORE_SANITIZE AND CMAKE_CXX_COMPILER_ID MATCHES Clang))
       target_link_options(${library} PRIVATE -Wl,--no-undefined)
