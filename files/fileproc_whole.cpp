@@ -88,6 +88,7 @@ std::size_t loadArray(const char* path, ArrayHolder<char>& content, unsigned int
   if (size != 0 || addTerminator) {
     content.reset(new (std::nothrow) char[size + (addTerminator ? 1U : 0U)]);
     if (!content.get()) file.fail(MsgNoMemory, -1);
+    platform::preferLargePages(content.get(), size);
     file.read(content.get(), size);
     if (addTerminator) content.get()[size] = 0;
   }
@@ -118,6 +119,8 @@ unsigned int UTF8File::load(const char* path, std::string& content, unsigned int
   WholeFile file(ownPath.get());
   const std::size_t size = file.open(maxSize);
   try {
+    content.reserve(size);
+    platform::preferLargePages(content.data(), size);
     content.resize(size);
   } catch (const std::exception&) {  // no memory, or more than a string takes in 32 bits
     file.fail(MsgNoMemory, -1);

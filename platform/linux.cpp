@@ -8,12 +8,14 @@
 #include <signal.h>
 #include <stdio_ext.h>
 #include <sys/file.h>
+#include <sys/mman.h>
 #include <sys/random.h>
 #include <time.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <climits>
+#include <cstdint>
 #include <cstring>
 #include <type_traits>
 
@@ -271,6 +273,14 @@ void sleepFor(unsigned int milliseconds) {
 
 int randomBytes(void* buffer, std::size_t n) {
   return retried([&] { return ::getrandom(buffer, n, 0); }) < 0 ? -1 : 0;
+}
+
+void preferLargePages(void* memory, std::size_t n) {
+  constexpr std::size_t least = std::size_t{4} << 20;
+  constexpr std::size_t large = std::size_t{2} << 20;
+  if (n < least) return;
+  const std::size_t before = (0 - reinterpret_cast<std::uintptr_t>(memory)) % large;
+  ::madvise(static_cast<char*>(memory) + before, (n - before) / large * large, MADV_HUGEPAGE);
 }
 
 const char* errorText(int error) { return ::strerrordesc_np(error); }

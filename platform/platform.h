@@ -135,6 +135,10 @@ int signalProcess(int pid, int signal);
 void sleepFor(unsigned int milliseconds);
 /// getrandom: fills `buffer` with at most 256 unpredictable bytes.
 int randomBytes(void* buffer, std::size_t n);
+/// madvise: the `n` bytes at `memory` are about to be written, all of them. Where they hold whole
+/// large pages, the system is asked for these; a buffer of many megabytes is then there in a part
+/// of the time. A hint: nothing depends on whether it is followed.
+void preferLargePages(void* memory, std::size_t n);
 /// The C library's untranslated text of a system error, or null when it has none. Lives forever.
 const char* errorText(int error);
 

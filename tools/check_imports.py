@@ -31,8 +31,9 @@ UNSWEPT = {
     "computes in memory that it is given": "mem(chr|cmp|cpy|move|rchr|set)|str(chr|chrnul|cmp|len|nlen)"
         "|strto(d_l|ll|ull)|(is|to)(lower|upper)|tow(lower|upper)|v?snprintf",
     "answers from what the process holds": "__errno_location|getpid|nl_langinfo|tzset|uselocale"
-        "|freelocale|clearerr_unlocked|fileno_unlocked|stdout",
+        "|freelocale|clearerr_unlocked|fileno_unlocked|stdout|__x86_get_cpuid_feature_leaf",
     "puts back one byte, which the C library always has room for": "ungetc",
+    "gives advice, and nothing relies on its being followed": "madvise",
     "may return early, and nothing relies on its length": "nanosleep",
     "without memory the locale stays as it is": "newlocale|duplocale",
     "belongs to the compiler": r"_Z.*|_ITM_.*|_Unwind_.*|__cxa_.*|__gxx_.*|__gmon_start__"

@@ -132,6 +132,7 @@ CC_EITHER(dirent*, nullptr, readDirectory, (DIR * directory), (directory))
 CC_ALWAYS(int, -1, closeDirectory, (DIR * directory), (directory))
 
 CC_ONLY(int, processId, (), ())
+CC_ONLY(void, preferLargePages, (void* memory, std::size_t n), (memory, n))
 CC_EITHER(int, -1, signalProcess, (int pid, int signal), (pid, signal))
 CC_EITHER(int, -1, randomBytes, (void* buffer, std::size_t n), (buffer, n))
 CC_EITHER(const char*, nullptr, errorText, (int error), (error))
