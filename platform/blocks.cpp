@@ -3,7 +3,7 @@
 #include "platform/blocks.h"
 
 #if CC_HAS_VECTORS
-#if __has_include(<sys/platform/x86.h>)
+#if __has_include(<sys/platform/x86.h>) && !defined(__clang__)  // which the header is no C++ for
 // The C library asked at its own start. To ask again takes a virtual machine microseconds for each
 // word of the answer.
 #include <sys/platform/x86.h>
