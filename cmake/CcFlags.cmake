@@ -14,9 +14,11 @@ if(COMMON_CORE_SANITIZE)
   add_link_options("-fsanitize=${COMMON_CORE_SANITIZE}")
 endif()
 
-# Counters of what runs; for the library alone, see cmake/CcLibrary.cmake.
+# Counters of what runs; for the library alone, see cmake/CcLibrary.cmake. Inlining and jumps that
+# skip a test wait until the counters are in, so that each branch of the sources is counted once.
 add_library(cc_coverage INTERFACE)
 if(COMMON_CORE_COVERAGE)
-  target_compile_options(cc_coverage INTERFACE --coverage -fprofile-update=atomic)
+  target_compile_options(cc_coverage INTERFACE --coverage -fprofile-update=atomic
+                         -fno-early-inlining -fno-thread-jumps)
   target_link_options(cc_coverage INTERFACE --coverage)
 endif()

@@ -77,6 +77,7 @@ TEST(Writer, Attributes) {
       {"", [](Out out) { out.writeIntAttr("a", 0, true); }},
       // Doubles.
       {" d=\"2.500000\"", [](Out out) { out.writeDoubleAttr("d", 2.5, true); }},
+      {" d=\"8.000000\"", [](Out out) { out.writeDoubleAttr("d", 7.9999999, true); }},
       {" d=\"-0.000000\"", [](Out out) { out.writeDoubleAttr("d", -0.0, false); }},
       {"", [](Out out) { out.writeDoubleAttr("d", -0.0, true); }},
       {" d=\"nan\"", [](Out out) { out.writeDoubleAttr("d", std::nan(""), true); }},
