@@ -13,7 +13,7 @@ namespace cc::kernels {
 
 /// Calls `accept` with the index of each occurrence, in order, until it answers true; returns that
 /// index, or `n` when there is none. Time is linear in `m` + `n`, that of `accept` aside. `Pattern`
-/// and `Text` give the symbol at an index; `m` is at least 1.
+/// and `Text` give the symbol at an index; `m` is 1 to `n`.
 template <class Pattern, class Text, class Accept>
 class TwoWay {
  public:
@@ -29,7 +29,7 @@ class TwoWay {
 
   std::size_t search(Text text, std::size_t n, Accept accept) const {
     std::size_t known = 0;  // so much of the pattern is known to match, in the periodic case
-    for (std::size_t at = 0; m <= n && at <= n - m;) {
+    for (std::size_t at = 0; at <= n - m;) {
       std::size_t i = std::max(cut, known);
       while (i < m && pattern(i) == text(at + i)) ++i;
       if (i < m) {
@@ -78,9 +78,8 @@ class TwoWay {
   }
 
   // True when what stands before the cut comes again one period later, so that the period is that
-  // of the whole pattern.
+  // of the whole pattern. The period is no longer than what stands behind the cut.
   bool startRepeats() const {
-    if (period > m - cut) return false;
     for (std::size_t i = 0; i < cut; ++i) {
       if (pattern(i) != pattern(i + period)) return false;
     }

@@ -223,7 +223,7 @@ void UTF8File::erro(const TTT& message, const char* fileName, int err) {
   }
   if (err > 0) {
     const char* text = platform::errorText(err);
-    if (text && *text) {
+    if (text) {
       failure <= TTT(LocDictionaryCommonCore, MsgSystemErrorText);
       failure << text;
     } else {

@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <string>
+#include <string_view>
 
 #include "fileproc.h"
 #include "loc/message_numbers.h"
@@ -64,8 +65,9 @@ int Target::followLink() {
   if (length < 0) return errno;
   const auto n = static_cast<std::size_t>(length);
   if (n == sizeof(text)) return ENAMETOOLONG;
-  path = n != 0 && text[0] == '/' ? std::string() : folderOf(path);
-  path.append(text, n);
+  const std::string_view link(text, n);
+  path = link.starts_with('/') ? std::string() : folderOf(path);
+  path += link;
   return 0;
 }
 

@@ -14,13 +14,8 @@ constexpr unsigned int maxTextSize = 100'000'000;
 
 // A copy of `n` bytes, or null when memory does not suffice.
 char* copyOf(const char* data, unsigned int n) {
-  char* copy = nullptr;
-  try {
-    copy = new char[n];
-  } catch (const std::bad_alloc&) {
-    return nullptr;
-  }
-  if (n != 0) std::memcpy(copy, data, n);
+  char* const copy = new (std::nothrow) char[n];
+  if (copy && n != 0) std::memcpy(copy, data, n);
   return copy;
 }
 

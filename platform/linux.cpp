@@ -37,7 +37,7 @@ auto retried(Call call) {
 
 /// True when a read came back short only because of a signal; the stream is then ready to go on.
 bool wasInterrupted(FILE* stream) {
-  if (feof_unlocked(stream) || !ferror_unlocked(stream) || errno != EINTR) return false;
+  if (feof_unlocked(stream) || errno != EINTR) return false;
   clearerr_unlocked(stream);
   return true;
 }

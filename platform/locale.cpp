@@ -21,8 +21,7 @@ void setCharacterTypeFromEnvironment() { std::setlocale(LC_CTYPE, ""); }
 void setNumericToC() { std::setlocale(LC_NUMERIC, "C"); }
 
 void requireNumericC() {
-  const char* const name = std::setlocale(LC_NUMERIC, nullptr);
-  if (!name || std::strcmp(name, "C") != 0) setNumericToC();
+  if (std::strcmp(std::setlocale(LC_NUMERIC, nullptr), "C") != 0) setNumericToC();
 }
 
 int lower(int byte) { return std::tolower(byte); }

@@ -274,7 +274,6 @@ const char* Search::findLinear(const char* from, const char* last, const char* v
   const auto accept = [&](std::size_t at) {
     const char* q = begin + at;
     const char* tail = q + m;
-    if (continues(*q)) return false;
     const char* start = startBefore(q);
     if (!start) return false;
     if (cc::compareNoCase(tail, tail + lastLength, pattern.last, pattern.end).order != 0) {
@@ -307,13 +306,12 @@ const char* Search::find() {
       next = lastStartBefore(from, last);
     }
     if (valid == sEnd) return walk(next, limit);  // a character that the limit cuts
-    if (stop - valid < 3 && stop != sEnd && next != from) {
+    if (stop - valid < 3 && stop != sEnd) {
       from = next;
       continue;
     }
     // Past the wrong byte; what begins before it may reach it.
-    const char* wrong = strchk_utf8(valid, static_cast<unsigned int>(stop - valid));
-    const char* behind = wrong ? wrong + 1 : stop;
+    const char* behind = strchk_utf8(valid, static_cast<unsigned int>(stop - valid)) + 1;
     while (behind < limit && continues(*behind)) ++behind;
     behind = std::min(behind, limit);
     if (const char* found = walk(next, behind)) return found;

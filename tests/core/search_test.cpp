@@ -120,7 +120,7 @@ TEST(TwoWay, EnumeratesEveryOccurrence) {
   for (std::size_t m = 1; m <= 6; ++m) {
     for (unsigned int patternBits = 0; patternBits < 1U << m; ++patternBits) {
       const std::string pattern = stringOf(patternBits, m);
-      for (const std::size_t n : {m - 1, m, m + 1, std::size_t{11}}) {
+      for (const std::size_t n : {m, m + 1, std::size_t{11}}) {
         for (unsigned int textBits = 0; textBits < 1U << n; ++textBits) {
           const std::string text = stringOf(textBits, n);
           std::vector<std::size_t> expected;

@@ -97,6 +97,7 @@ TEST(Interrupted, CallsAreMadeAgain) {
     EXPECT_EQ(row.left, left) << row.name;
   }
   EXPECT_EQ(0, closeStream(stream));
+  EXPECT_EQ(-1, closeFile(-1)) << "another failure is one";
   EXPECT_EQ("ab", test::fileBytes(path));
   EXPECT_EQ(descriptors, test::openDescriptors());
 }

@@ -85,6 +85,16 @@ TEST(Attribute, TagsThatEndTooEarly) {
   EXPECT_EQ(31, errorOf([&] { doc.attribute(token, attribute); }));
 }
 
+TEST(Attribute, ATagIsLookedThroughForItsNameWhereTheTokenHasNone) {
+  OpenDoc doc("<a x=\"1\">");
+  MLDoc::Token token;
+  ASSERT_TRUE(doc.step(token));
+  token.name.end = token.name.begin;
+  MLDoc::Attribute attribute;
+  ASSERT_TRUE(doc.attribute(token, attribute));
+  EXPECT_EQ("x", str(attribute.name));
+}
+
 TEST(Attribute, TheNameOfAnInstructionIsNotThatOfAnEarlierElement) {
   OpenDoc doc("<?xml version=\"1.0\"?>");
   MLDoc::Token token;
@@ -105,6 +115,8 @@ TEST(Attribute, TokensOfNoTextHaveNone) {
   token.tag = ChPair(elsewhere.c_str());
   EXPECT_EQ(33, errorOf([&] { doc.attribute(token, attribute); }));
   EXPECT_EQ(33, errorOf([&] { doc.getAttributeValue(token, "y"); }));
+  token.tag = ChPair(doc.begin(), doc.begin() + doc.size() + 1);
+  EXPECT_EQ(33, errorOf([&] { doc.attribute(token, attribute); })) << "an end behind the text";
   EXPECT_EQ(0U, doc.at());
 }
 

@@ -34,6 +34,8 @@ TEST(Position, CountsLinesAndCharacters) {
   for (const unsigned int position : {5U, 99U}) {  // where a derived class went too far
     doc.moveTo(position);
     EXPECT_EQ("2:6", doc.place());
+    MLDoc::Token token;
+    EXPECT_FALSE(doc.step(token));
   }
 }
 
@@ -83,6 +85,9 @@ TEST(Error, CarriesACallersMessage) {
   TTT formed("before");
   doc.formMessage(formed);
   EXPECT_EQ(bytesOf(withPlace(TTT("before"))), bytesOf(formed));
+  TTT unformed("before");
+  OpenDoc().formMessage(unformed);
+  EXPECT_EQ(bytesOf(TTT("before")), bytesOf(unformed)) << "neither name nor place";
 }
 
 }  // namespace

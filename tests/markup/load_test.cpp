@@ -36,6 +36,9 @@ TEST(Load, FromMemory) {
   EXPECT_EQ(0U, doc.at());
   EXPECT_EQ(nullptr, doc.documentName());
   EXPECT_FALSE(doc.step(token));
+  MLDoc none;
+  MLDoc::Token level;
+  EXPECT_FALSE(MLDoc::ChildIterator(&none, level)()) << "no text at all";
 }
 
 TEST(Load, FromAFile) {

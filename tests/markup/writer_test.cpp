@@ -151,6 +151,13 @@ TEST(Writer, IndentsByTheLevel) {
               out.beginItem("b");
             }))
       << "a negative level";
+  Bag bag;
+  MLDocOut out;
+  out.begin(&bag);
+  out.beginItem("a");
+  out.beginItem("b");
+  out.indentSize = INT_MAX;
+  EXPECT_THROW(out.writeIndent(), std::bad_alloc);
 }
 
 TEST(Writer, CutsAsAFormattedTextIsCut) {

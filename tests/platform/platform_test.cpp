@@ -89,6 +89,17 @@ TEST(Platform, DirectoryEntriesAreThoseOfTheSystem) {
   EXPECT_EQ(0, platform::closeDirectory(directory));
 }
 
+TEST(Platform, FailedCallsAreNotMadeAgain) {
+  FILE* stream = platform::openStream("/", "rb");
+  ASSERT_NE(nullptr, stream);
+  EXPECT_EQ(EOF, platform::readStreamByte(stream));
+  EXPECT_EQ(EISDIR, errno);
+  EXPECT_EQ(0, platform::closeStream(stream));
+  platform::FileStatus status;
+  EXPECT_EQ(-1, platform::fileStatus(-1, status));
+  EXPECT_EQ(-1, platform::randomBytes(nullptr, 16));
+}
+
 TEST(Platform, ErrorTextsAreUntranslatedAndComplete) {
   EXPECT_STREQ("No such file or directory", platform::errorText(ENOENT));
   for (const int error : {-1, 41, 9999}) EXPECT_EQ(nullptr, platform::errorText(error)) << error;

@@ -212,17 +212,23 @@ TEST(RunDetector, WaitsForTheAdvisoryLockButNotForEver) {
   EXPECT_GE(Clock::now() - start, std::chrono::milliseconds(1900));
   EXPECT_EQ("", fileBytes(path));
 
+  // What is locked at last is no longer the file at the path.
+  const std::string other = putFile(folder / "other", "");
+  const int otherFd = ::open(other.c_str(), O_RDONLY | O_CLOEXEC);
   const pid_t child = cc::test::startChild([&] {
     ::usleep(100000);
+    ::rename(other.c_str(), path.c_str());
     return ::flock(fd, LOCK_UN);
   });
   EXPECT_TRUE(detector.lock());
   EXPECT_EQ(0, cc::test::exitCode(child));
-  EXPECT_EQ(0, ::flock(fd, LOCK_EX | LOCK_NB)) << "the lock is kept after `lock` returned";
-  ::flock(fd, LOCK_UN);
+  EXPECT_EQ(own(), fileBytes(path));
+  for (const int each : {fd, otherFd}) {
+    EXPECT_EQ(0, ::flock(each, LOCK_EX | LOCK_NB)) << "the lock is kept after `lock` returned";
+    ::close(each);
+  }
   detector.unlock();
   EXPECT_EQ(0, folder.count());
-  ::close(fd);
 }
 
 }  // namespace

@@ -181,35 +181,54 @@ TEST(NoCase, BadTextsTakeLinearTime) {
   });
 }
 
-// The linear search finds the same as the plain walk, the first match or none.
-TEST(NoCase, FindsBehindManyNearMatches) {
+// Between the near matches stand characters whose lengths differ from those of their counterparts.
+void findBehindNearMatches(int rounds) {
   Random random(35);
-  for (int round = 0; round < 60; ++round) {
+  for (int round = 0; round < rounds; ++round) {
     const string_view unit = round % 2 == 0 ? "ab\xC3\xA9" : "\xD0\xBF\xD1\x80";
     const std::string near = repeated(unit, 60 + random() % 100);
-    std::string text = repeated(near + "x", 12000);
+    const string_view separators[] = {"x", "\xC1\xB8", "\xE2\xB1\xA5", "\xC5\xBF"};
+    const std::string part = near + std::string(separators[round % 7 % 4]);
+    std::string text = repeated(part, 12000);
     std::string pattern = varied(random, near + near);
     if (round % 3 != 0) text += pattern + "x";
-    if (round % 4 == 0) text.append(repeated(near + "x", 8000)).append(pattern);
+    if (round % 4 == 0) text.append(repeated(part, 8000)).append(pattern);
     ASSERT_EQ(reference::findNoCaseUtf8(text, pattern), at(text, find(text, pattern))) << round;
   }
 }
 
-// A locale where the upper case of an upper case is another: only the plain way is right there.
+// The linear search finds the same as the plain walk, the first match or none.
+TEST(NoCase, FindsBehindManyNearMatches) { findBehindNearMatches(60); }
+
+// Locales that are like no other: the fast ways are right there, or are not taken.
 TEST(NoCase, OddTables) {
-  chr_upper_table_utf16[0xE9] = 0xC9;
-  chr_upper_table_utf16[0xC9] = 0xC8;
-  chr_upper_table_utf16[0x69] = 0x130;
-  cc::deriveCaseTables();
+  struct Entry {
+    unsigned short unit, upper;
+  };
+  std::vector<Entry> manyOfOne;
+  for (unsigned short u = 0xE0; u < 0xF6; ++u) manyOfOne.push_back({u, 0xC8});
+  const std::vector<Entry> rows[] = {
+      {{0xE9, 0xC9}, {0xC9, 0xC8}, {0x69, 0x130}},  // the upper case of an upper case is another
+      {{0xE9, 0xC9}, {0xC9, 0xC8}},
+      manyOfOne,
+      {{0xE9, 0x2C63}, {0x43F, 0x2C63}},  // of other lengths: the upper case, and its lower case
+      {{0x2C65, 0xC0}},                   // the lower case of the upper case has another
+  };
   const GuardedBuffer texts(4096);
   const GuardedBuffer patterns(4096);
   Random random(36);
-  for (const TextKind& kind : textKinds) {
-    for (int round = 0; round < 200; ++round) {
-      findIn(texts, patterns, random, kind.text(random, 150 + random() % 200));
+  for (const std::vector<Entry>& row : rows) {
+    for (const Entry& entry : row) chr_upper_table_utf16[entry.unit] = entry.upper;
+    chr_lower_table_utf16[0xC0] = 0x2C61;
+    cc::deriveCaseTables();
+    for (const TextKind& kind : textKinds) {
+      for (int round = 0; round < 100; ++round) {
+        findIn(texts, patterns, random, kind.text(random, 150 + random() % 200));
+      }
     }
+    findBehindNearMatches(7);
+    chr_tables_prepare();
   }
-  chr_tables_prepare();
 }
 
 }  // namespace

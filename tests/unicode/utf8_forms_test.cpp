@@ -116,8 +116,13 @@ TEST(Utf8Forms, LongTexts) {
       }
       if (testing::Test::HasFatalFailure()) return;
     }
-    converter.decode(std::string(10000, '\x80'), 10);
-    converter.mapCase(std::string(10000, '\x80'));
+    // The first piece ends behind what would be a character, were it not for the byte that follows.
+    const std::string continued = std::string(4094, 'x') + "\xC3\xA9\x80\xC3\xA9";
+    for (const std::string& text : {std::string(10000, '\x80'), continued}) {
+      converter.decode(text, 10);
+      converter.decode(text, text.size());
+      converter.mapCase(text);
+    }
   });
 }
 
