@@ -249,6 +249,10 @@ TEST(Numbers, Dates) {
     EXPECT_FALSE(sprintf_date_time(LONG_MIN, text, sizeof text));
     EXPECT_STREQ("", text);
   }
+  setenv("TZ", "XYZ+2", 1);  // the zone of the moment counts
+  char text[64];
+  EXPECT_TRUE(inPlainLocale([&] { return sprintf_date_time(0, text, sizeof text); }));
+  EXPECT_STREQ("12/31/69 22:00:00", text);
   if (old) {
     setenv("TZ", saved.c_str(), 1);
   } else {

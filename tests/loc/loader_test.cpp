@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <new>
 #include <set>
 
 #include "cc_loc_loader.h"
@@ -101,6 +102,26 @@ TEST(Loaders, ReadFromTheFilePositionAndNoFurther) {
   char rest[7] = "";
   EXPECT_EQ(6u, std::fread(rest, 1, 6, stream));
   EXPECT_STREQ("behind", rest);
+}
+
+template <class Loader, class Info>
+void expectNothingLeft(Info info) {
+  alignas(Loader) unsigned char fields[sizeof(Loader)];
+  auto* const loader = new (fields) Loader;
+  MemoryFile file(good.bytes());
+  EXPECT_EQ(0, loader->load(file.get(), info));
+  EXPECT_NE(nullptr, loader->pool);
+  loader->~Loader();
+  for (const unsigned char& byte : fields) {
+    EXPECT_EQ(0, static_cast<const volatile unsigned char&>(byte));
+  }
+}
+
+TEST(Loaders, LeaveNoTextsBehindThemForThoseThatStillLook) {
+  const char* variables[2] = {};
+  const char** targets[] = {&variables[0], &variables[1]};
+  expectNothingLeft<IDLocLoader>(record);
+  expectNothingLeft<CCLocLoader>(CCLocLoader::Localization{2, 8, 77, targets});
 }
 
 TEST(Loaders, DoNotBelieveHugeSizes) {

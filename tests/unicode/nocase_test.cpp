@@ -72,20 +72,23 @@ TEST(NoCase, ComparesRandomTexts) {
   });
 }
 
-// All pairs of short texts of a letter's bytes, which go on in one of the two, or in both.
+// All pairs of short texts, of the bytes of a letter and of each kind of bytes: they go on in one
+// of the two or in both, and characters are met again from their middle.
 TEST(NoCase, ComparesAllShortTexts) {
-  std::vector<std::string> texts = {""};
-  for (std::size_t i = 0; texts[i].size() < 4; ++i) {
-    for (const char c : {'a', '\xD0', '\xB0', '\x90', '\x80'}) texts.push_back(texts[i] + c);
-  }
-  withEachForm([&texts](const cc::kernels::Loops&) {
-    for (const std::string& a : texts) {
-      for (const std::string& b : texts) {
-        ASSERT_EQ(reference::compareNoCaseUtf8(a, b), compare(a, b))
-            << testing::PrintToString(a) << " / " << testing::PrintToString(b);
-      }
+  for (const string_view bytes : {"a\xD0\xB0\x90\x80", "Aa\n\x80\x8A\xA1\xC1\xC3\xE0"}) {
+    std::vector<std::string> texts = {""};
+    for (std::size_t i = 0; texts[i].size() < (bytes.size() < 6 ? 4 : 3); ++i) {
+      for (const char c : bytes) texts.push_back(texts[i] + c);
     }
-  });
+    withEachForm([&texts](const cc::kernels::Loops&) {
+      for (const std::string& a : texts) {
+        for (const std::string& b : texts) {
+          ASSERT_EQ(reference::compareNoCaseUtf8(a, b), compare(a, b))
+              << testing::PrintToString(a) << " / " << testing::PrintToString(b);
+        }
+      }
+    });
+  }
 }
 
 void findIn(const GuardedBuffer& texts, const GuardedBuffer& patterns, Random& random,

@@ -161,24 +161,6 @@ TEST(Utf8, CompareWithoutCase) {
   EXPECT_EQ(1, strcmp_i_utf8(x, x + 1, nullptr, x));
 }
 
-// Always an end, also where a character is met again from its middle: every pair of strings of up
-// to three bytes of each kind.
-TEST(Utf8, CompareEveryShortPair) {
-  const char kinds[] = {'A', 'a', '\n', '\x80', '\x8A', '\xA1', '\xC1', '\xC3', '\xE0'};
-  std::string strings[1 + 9 + 81 + 729];
-  std::size_t n = 1;
-  for (std::size_t from = 0; n < std::size(strings); ++from) {
-    for (const char c : kinds) strings[n++] = strings[from] + c;
-  }
-  for (const std::string& a : strings) {
-    for (const std::string& b : strings) {
-      ASSERT_EQ(reference::compareNoCaseUtf8(a, b),
-                strcmp_i_utf8(a.data(), a.data() + a.size(), b.data(), b.data() + b.size()))
-          << testing::PrintToString(a) << " / " << testing::PrintToString(b);
-    }
-  }
-}
-
 // The first character of the match may be of another length than the pattern's, the rest not.
 TEST(Utf8, FindWithoutCase) {
   const struct {
