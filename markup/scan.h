@@ -130,17 +130,17 @@ inline const char* findTagBegin(const char* p, const char* end) {
 
 // The first `>` outside of double quotes, where `p` stands outside of them.
 inline const char* findTagEnd(const char* p, const char* end) {
-  bool quoted = false;
+  Window::Mask before = 0;  // of an odd number of bytes where the windows before end in quotes
   for (; end - p >= Window::size; p += Window::size) {
     const Window::Mask quotes = Window::equal(p, '"');
     Window::Mask ends = Window::equal(p, '>');
     for (; ends != 0; ends &= ends - 1) {
       const Window::Mask upToEnd = ends ^ (ends - 1);
-      if (isOdd(quotes & upToEnd) == quoted) return p + Window::first(ends);
+      if (!isOdd(before ^ (quotes & upToEnd))) return p + Window::first(ends);
     }
-    quoted ^= isOdd(quotes);
+    before ^= quotes;
   }
-  return findTagEndPlainly(p, end, quoted);
+  return findTagEndPlainly(p, end, isOdd(before));
 }
 
 // A tag that begins and ends in the window that it was looked for in.

@@ -229,7 +229,9 @@ struct Sse2Block {
     return equal(_mm_min_epu8(v, all(static_cast<unsigned char>(c - 1))), v);
   }
   static Marks range(Bytes v, unsigned char low, unsigned char high) {
-    return below(_mm_sub_epi8(v, all(low)), static_cast<unsigned char>(high - low + 1));
+    // One comparison of signed bytes: `low` moves to the least of them.
+    const unsigned char count = static_cast<unsigned char>(high - low + 1);
+    return _mm_cmpgt_epi8(all(count ^ 0x80), _mm_sub_epi8(v, all(low ^ 0x80)));
   }
   static Marks continuations(Bytes v) { return _mm_cmpgt_epi8(all(0xC0), v); }
   static Marks misplaced(Bytes v, Bytes before, Bytes before2) {
@@ -314,7 +316,8 @@ struct Avx2Block {
     return equal(_mm256_min_epu8(v, all(static_cast<unsigned char>(c - 1))), v);
   }
   static Marks range(Bytes v, unsigned char low, unsigned char high) {
-    return below(_mm256_sub_epi8(v, all(low)), static_cast<unsigned char>(high - low + 1));
+    const unsigned char count = static_cast<unsigned char>(high - low + 1);
+    return _mm256_cmpgt_epi8(all(count ^ 0x80), _mm256_sub_epi8(v, all(low ^ 0x80)));
   }
   static Marks continuations(Bytes v) { return _mm256_cmpgt_epi8(all(0xC0), v); }
   static Marks misplaced(Bytes v, Bytes before, Bytes before2) {
