@@ -132,13 +132,12 @@ bool MLDoc::attribute(const Token& token, Attribute& attribute) {
     return false;
   }
   using cc::Window;
-  cc::PlainAttribute plain = cc::findPlainAttribute<Window::blocks / 2>(from, p, text + textSize);
-  if (!plain.nameEnd) plain = cc::findPlainAttribute<Window::blocks>(from, p, text + textSize);
-  const char* const valueEnd = from + plain.valueEnd;
-  if (!plain.nameEnd || valueEnd >= end || *p == '-') return anyAttribute(token, attribute);
-  position = static_cast<unsigned int>(from - text) + static_cast<unsigned int>(plain.valueEnd) + 1;
+  cc::PlainAttribute plain = cc::findPlainAttribute<Window::blocks / 2>(p, text + textSize);
+  if (!plain.nameEnd) plain = cc::findPlainAttribute<Window::blocks>(p, text + textSize);
+  if (!plain.nameEnd || plain.valueEnd >= end || *p == '-') return anyAttribute(token, attribute);
+  position = static_cast<unsigned int>(plain.valueEnd + 1 - text);
   attribute.name = ChPair(p, plain.nameEnd);
-  attribute.value = ChPair(plain.nameEnd + 2, valueEnd);
+  attribute.value = ChPair(plain.nameEnd + 2, plain.valueEnd);
   return true;
 }
 

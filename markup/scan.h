@@ -7,6 +7,7 @@
 
 #include <bit>
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
 
 #include "core/kernels.h"
@@ -81,12 +82,15 @@ inline const char* findMarkedInside(const char* p, const char* end, const char* 
   return kernels::findMarked(p, end, marksOf);
 }
 
+// Marks `"` and the bytes below 0x20, which one bit of the quote parts from each other.
+inline kernels::NativeBlock::Marks quotesAndControls(kernels::NativeBlock::Bytes v) {
+  using Block = kernels::NativeBlock;
+  return Block::below(Block::differ(v, Block::all('"' ^ 0x20)), 0x21);
+}
+
 // The first `"`, or byte below 0x20.
 inline const char* findQuoteOrControl(const char* p, const char* end, const char* readable) {
-  using Block = kernels::NativeBlock;
-  return findMarkedInside(p, end, readable, [](Block::Bytes v) {
-    return Block::either(Block::equal(v, Block::all('"')), Block::below(v, 0x20));
-  });
+  return findMarkedInside(p, end, readable, quotesAndControls);
 }
 
 // Marks the bytes that no name may hold.
@@ -167,32 +171,29 @@ inline NearTag findNearTag(const char* p) {
 // value, short enough to be seen at one look at a window or the first blocks of one.
 struct PlainAttribute {
   const char* nameEnd;   // null where it is not of that form
-  std::size_t valueEnd;  // the index of the closing quote
+  const char* valueEnd;  // the closing quote
 };
 
-// The attribute whose name begins at `name`. Indices count from `from`, where the white space
-// before it begins, so that they need not wait for its length.
+// The attribute whose name begins at `name`. The next one waits for the closing quote, so the way
+// to it is short.
 template <int blocks>
-[[gnu::always_inline]] inline PlainAttribute findPlainAttribute(const char* from, const char* name,
+[[gnu::always_inline]] inline PlainAttribute findPlainAttribute(const char* name,
                                                                 const char* readable) {
   using Block = kernels::NativeBlock;
-  constexpr PlainAttribute none{nullptr, 0};
+  constexpr PlainAttribute none{nullptr, nullptr};
   if constexpr (Window::bitsPerByte != 1) {
     return none;
   } else {
     if (readable - name < blocks * static_cast<std::ptrdiff_t>(Block::size)) return none;
-    const Window::Mask quotes = Window::equal<blocks>(from, '"');
-    const Window::Mask behindFirst = quotes & (quotes - 1);
-    if (behindFirst == 0) return none;
-    const char* const nameEnd = from + Window::first(quotes) - 1;
+    // The first of them is the opening quote, since a name holds none.
+    const Window::Mask stops = Window::marks<blocks>(name, quotesAndControls);
+    const Window::Mask behindFirst = stops & (stops - 1);
     const Block::Mask noName = Block::mask(noNameBytes(Block::load(name)));
-    if (noName == 0 || nameEnd != name + Block::first(noName)) return none;
-    if (nameEnd == name || *nameEnd != '=') return none;
-    const Window::Mask controls =
-        Window::marks<blocks>(from, [](Block::Bytes v) { return Block::below(v, 0x20); });
-    const Window::Mask value = (behindFirst & (0 - behindFirst)) - (quotes ^ behindFirst);
-    if ((controls & value) != 0) return none;
-    return {nameEnd, Window::first(behindFirst)};
+    if (behindFirst == 0 || noName == 0) return none;
+    const char* const nameEnd = name + Block::first(noName);
+    const char* const valueEnd = name + Window::first(behindFirst);
+    const bool plain = nameEnd != name && std::memcmp(nameEnd, "=\"", 2) == 0 && *valueEnd == '"';
+    return plain ? PlainAttribute{nameEnd, valueEnd} : none;
   }
 }
 
