@@ -134,10 +134,11 @@ bool MLDoc::attribute(const Token& token, Attribute& attribute) {
   using cc::Window;
   cc::PlainAttribute plain = cc::findPlainAttribute<Window::blocks / 2>(p, text + textSize);
   if (!plain.nameEnd) plain = cc::findPlainAttribute<Window::blocks>(p, text + textSize);
-  if (!plain.nameEnd || plain.valueEnd >= end || *p == '-') return anyAttribute(token, attribute);
-  position = static_cast<unsigned int>(plain.valueEnd + 1 - text);
+  const char* const valueEnd = p + plain.valueEnd;
+  if (!plain.nameEnd || valueEnd >= end || *p == '-') return anyAttribute(token, attribute);
+  position = static_cast<unsigned int>(p + 1 - text) + plain.valueEnd;
   attribute.name = ChPair(p, plain.nameEnd);
-  attribute.value = ChPair(plain.nameEnd + 2, plain.valueEnd);
+  attribute.value = ChPair(plain.nameEnd + 2, valueEnd);
   return true;
 }
 

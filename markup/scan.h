@@ -43,7 +43,7 @@ struct Window {
     });
   }
   // The index of the first byte of a mask that is not 0.
-  static std::size_t first(Mask mask) {
+  static unsigned int first(Mask mask) {
     return static_cast<unsigned int>(std::countr_zero(mask)) / bitsPerByte;
   }
 
@@ -170,8 +170,8 @@ inline NearTag findNearTag(const char* p) {
 // An attribute in its usual form, name="value", with nothing in between and no control byte in the
 // value, short enough to be seen at one look at a window or the first blocks of one.
 struct PlainAttribute {
-  const char* nameEnd;   // null where it is not of that form
-  const char* valueEnd;  // the closing quote
+  const char* nameEnd;    // null where it is not of that form
+  unsigned int valueEnd;  // index of the closing quote, from the name's first byte
 };
 
 // The attribute whose name begins at `name`. The next one waits for the closing quote, so the way
@@ -180,7 +180,7 @@ template <int blocks>
 [[gnu::always_inline]] inline PlainAttribute findPlainAttribute(const char* name,
                                                                 const char* readable) {
   using Block = kernels::NativeBlock;
-  constexpr PlainAttribute none{nullptr, nullptr};
+  constexpr PlainAttribute none{nullptr, 0};
   if constexpr (Window::bitsPerByte != 1) {
     return none;
   } else {
@@ -191,8 +191,9 @@ template <int blocks>
     const Block::Mask noName = Block::mask(noNameBytes(Block::load(name)));
     if (behindFirst == 0 || noName == 0) return none;
     const char* const nameEnd = name + Block::first(noName);
-    const char* const valueEnd = name + Window::first(behindFirst);
-    const bool plain = nameEnd != name && std::memcmp(nameEnd, "=\"", 2) == 0 && *valueEnd == '"';
+    const unsigned int valueEnd = Window::first(behindFirst);
+    const bool plain =
+        nameEnd != name && std::memcmp(nameEnd, "=\"", 2) == 0 && name[valueEnd] == '"';
     return plain ? PlainAttribute{nameEnd, valueEnd} : none;
   }
 }

@@ -226,7 +226,7 @@ struct Sse2Block {
 
   static Marks equal(Bytes a, Bytes b) { return _mm_cmpeq_epi8(a, b); }
   static Marks below(Bytes v, unsigned char c) {
-    return equal(_mm_min_epu8(v, all(static_cast<unsigned char>(c - 1))), v);
+    return _mm_cmpgt_epi8(all(c ^ 0x80), differ(v, all(0x80)));
   }
   static Marks range(Bytes v, unsigned char low, unsigned char high) {
     // One comparison of signed bytes: `low` moves to the least of them.
