@@ -53,7 +53,7 @@ Reading readToCommentEnd(const char* p, const char* end) {
   return readToCommentEnd(p + 1, end);
 }
 
-bool endsElementName(char c) { return c == '>' || c == '/' || cc::isSpaceByte(c); }
+bool endsElementName(char c) { return cc::isSpaceByte(c) || c == '/' || c == '>'; }
 
 // From a name's first byte to its end, or to just past what is wrong with it.
 [[gnu::noinline]] Reading readAnyName(const char* begin, const char* end) {
@@ -110,17 +110,17 @@ bool MLDoc::step(Token& token) {
   const char* const from = text + position;
   const cc::NearTag near = cc::findNearTag(from);
   const char* const begin = from + near.begin;
-  const char* const end = from + near.end;
-  if (near.end == 0 || *begin != '<' || end[-1] != '>') return anyStep(token);
-  const bool isEnd = begin[1] == '/';
-  const char* const nameBegin = begin + 1 + isEnd;
+  const char* const end = from + near.last + 1;
+  if (near.inside == 0 || *begin != '<' || end[-1] != '>') return anyStep(token);
+  const char* const nameBegin = begin + 1 + (begin[1] == '/');
   const char* const nameEnd = cc::findShortNameEnd(nameBegin, nameBegin + Block::size);
   if (!nameEnd || nameEnd == nameBegin) return anyStep(token);
   if (nameEnd + 1 != end) {
     const cc::Window::Mask quotes = cc::Window::equal(from, '"') & near.inside;
     if (!endsElementName(*nameEnd) || cc::isOdd(quotes)) return anyStep(token);
   }
-  position += static_cast<unsigned int>(near.end);
+  position = position + 1 + near.last;
+  const bool isEnd = nameBegin != begin + 1;
   const bool closing = isEnd | (end[-2] == '/');
   token.name = ChPair(nameBegin, nameEnd);
   token.tag = ChPair(begin, end);

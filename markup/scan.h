@@ -149,9 +149,9 @@ inline const char* findTagEnd(const char* p, const char* end) {
 
 // A tag that begins and ends in the window that it was looked for in.
 struct NearTag {
-  std::size_t begin;    // index of its `<`
-  std::size_t end;      // index of the byte behind its `>`, or 0 where there is none
-  Window::Mask inside;  // its bytes but the last
+  Window::Mask inside;  // its bytes but the last, or 0 where there is none
+  unsigned int begin;   // index of its `<`
+  unsigned int last;    // index of its `>`
 };
 
 // The first two bytes at `p` that are `<` or `>`, which mostly are a tag's. The next step waits for
@@ -164,7 +164,7 @@ inline NearTag findNearTag(const char* p) {
   const Window::Mask behindFirst = angles & (angles - 1);
   if (behindFirst == 0) return {0, 0, 0};
   const Window::Mask second = behindFirst & (0 - behindFirst);
-  return {Window::first(angles), Window::first(behindFirst) + 1, second - (angles ^ behindFirst)};
+  return {second - (angles ^ behindFirst), Window::first(angles), Window::first(behindFirst)};
 }
 
 // An attribute in its usual form, name="value", with nothing in between and no control byte in the
