@@ -103,7 +103,7 @@ Reading readMarkup(const char* p, const char* end, MLDoc::Token& token) {
 // Tags in their usual form; everything else is left to `anyStep`, which starts anew.
 bool MLDoc::step(Token& token) {
   using Block = cc::kernels::NativeBlock;
-  // A window, and a block for a name that begins in it. Narrow windows seldom show a whole tag.
+  // A window, and a block for a name that ends in it. Narrow windows seldom show a whole tag.
   constexpr unsigned int needed = cc::Window::size + Block::size;
   if constexpr (cc::Window::bitsPerByte != 1) return anyStep(token);
   if (!text || position > textSize || textSize - position < needed) return anyStep(token);
@@ -113,8 +113,8 @@ bool MLDoc::step(Token& token) {
   const char* const end = from + near.last + 1;
   if (near.inside == 0 || *begin != '<' || end[-1] != '>') return anyStep(token);
   const char* const nameBegin = begin + 1 + (begin[1] == '/');
-  const char* const nameEnd = cc::findShortNameEnd(nameBegin, nameBegin + Block::size);
-  if (!nameEnd || nameEnd == nameBegin) return anyStep(token);
+  const char* const nameEnd = cc::findNameEndAhead(nameBegin);
+  if (nameEnd == nameBegin) return anyStep(token);
   if (nameEnd + 1 != end) {
     const cc::Window::Mask quotes = cc::Window::equal(from, '"') & near.inside;
     if (!endsElementName(*nameEnd) || cc::isOdd(quotes)) return anyStep(token);

@@ -117,6 +117,16 @@ inline const char* findShortNameEnd(const char* p, const char* end) {
   return m != 0 ? p + Block::first(m) : nullptr;
 }
 
+// The same where there is one, with a block to read behind it.
+inline const char* findNameEndAhead(const char* p) {
+  using Block = kernels::NativeBlock;
+  while (true) {
+    const Block::Mask m = Block::mask(noNameBytes(Block::load(p)));
+    if (m != 0) return p + Block::first(m);
+    p += Block::size;
+  }
+}
+
 // The first byte that is no white space.
 inline const char* skipSpace(const char* p, const char* end) {
   while (p != end && isSpaceByte(*p)) ++p;
