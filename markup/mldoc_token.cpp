@@ -134,7 +134,8 @@ bool MLDoc::step(Token& token) {
 bool MLDoc::anyStep(Token& token) {
   if (!text || position > textSize) return false;
   const char* const end = text + textSize;
-  const char* const begin = cc::findTagBegin(text + position, end);
+  const char* const from = text + position;
+  const char* const begin = cc::findTagBegin(from, end);
   if (begin == end) {
     position = textSize;
     return false;
@@ -143,5 +144,6 @@ bool MLDoc::anyStep(Token& token) {
   token.tag = ChPair(begin, markup.p);
   position = static_cast<unsigned int>(markup.p - text);
   if (markup.failure != ReadOk) erro(LocDictionaryCommonCore, markup.failure);
+  cc::fetchAhead(from, markup.p, end);
   return true;
 }

@@ -138,6 +138,7 @@ inline const char* findTagBegin(const char* p, const char* end) {
   if (end - p >= Window::size) {
     const Window::Mask begins = Window::equal(p, '<');
     if (begins != 0) return p + Window::first(begins);
+    p += Window::size;
   }
   return findFarByte(p, end, '<');
 }
@@ -155,6 +156,16 @@ inline const char* findTagEnd(const char* p, const char* end) {
     before ^= quotes;
   }
   return findTagEndPlainly(p, end, isOdd(before));
+}
+
+// Fetches the text that stands a while behind [begin, end), so that it is at hand when reading comes
+// to it: processors do so themselves only up to the end of a page.
+inline void fetchAhead(const char* begin, const char* end, const char* textEnd) {
+  constexpr std::ptrdiff_t distance = 2048;
+  constexpr std::ptrdiff_t line = 64;
+  for (; begin < end && textEnd - begin > distance; begin += line) {
+    __builtin_prefetch(begin + distance);
+  }
 }
 
 // A tag that begins and ends in the window that it was looked for in.
