@@ -9,6 +9,7 @@
 #include <new>
 
 #include "core/formatted_text.h"
+#include "core/kernels.h"
 #include "markup/escape.h"
 #include "markup/mldocout_piece.h"
 #include "mlproc.h"
@@ -84,8 +85,10 @@ void MLDocOut::escapeString(const ChPair& source, ChArr& out) {
   if (source.isEmpty()) return out.adopt(nullptr);
   const unsigned long long length = cc::escapedLength(source.begin, source.end);
   if (length >= PTRDIFF_MAX) throw std::bad_alloc();
+  const std::size_t size = static_cast<std::size_t>(source.end - source.begin);
   char* const escaped = new char[static_cast<std::size_t>(length) + 1];
-  *cc::escapeText(source.begin, source.end, escaped) = 0;
+  *(length == size ? cc::kernels::copyShort(source.begin, size, escaped)
+                   : cc::escapeText(source.begin, source.end, escaped)) = 0;
   out.adopt(escaped);
 }
 

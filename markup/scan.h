@@ -158,8 +158,8 @@ inline const char* findTagEnd(const char* p, const char* end) {
   return findTagEndPlainly(p, end, isOdd(before));
 }
 
-// Fetches the text that stands a while behind [begin, end), so that it is at hand when reading comes
-// to it: processors do so themselves only up to the end of a page.
+// Fetches the text that stands a while behind [begin, end), so that it is at hand when reading
+// comes to it: processors do so themselves only up to the end of a page.
 inline void fetchAhead(const char* begin, const char* end, const char* textEnd) {
   constexpr std::ptrdiff_t distance = 2048;
   constexpr std::ptrdiff_t line = 64;
