@@ -17,13 +17,37 @@ inline std::size_t sizeOf(const char* begin, const char* end) {
 
 // ------------------------------------------------------------------ UTF-8
 
-// The marks of the bytes at `p` that are wrong; two bytes before `p` are readable.
-inline auto misplacedAt(const char* p) {
-  return Block::misplaced(loadAt(p), loadAt(p - 1), loadAt(p - 2));
+// The marks of what is wrong at the start of a text.
+inline auto wrongAtStart(Bytes v) {
+  const auto misplaced = Block::misplaced(v, Block::moved1(v), Block::moved2(v));
+  return Block::either(misplaced, Block::foreign(v));
 }
 
-inline bool isWrongAtStart(Bytes v) {
-  return Block::mask(Block::misplaced(v, Block::moved1(v), Block::moved2(v))) != 0;
+// The marks of what is wrong in a block at `p`, two bytes before which are readable.
+inline auto wrongAt(const char* p) {
+  const Bytes v = loadAt(p);
+  const auto misplaced = Block::misplaced(v, loadAt(p - 1), loadAt(p - 2));
+  return Block::either(misplaced, Block::foreign(v));
+}
+
+// The same for four blocks together.
+inline auto wrongInFour(const char* p) {
+  const auto misplacedIn = [p](std::size_t i, Bytes v) {
+    return Block::misplaced(v, loadAt(p + i * blockSize - 1), loadAt(p + i * blockSize - 2));
+  };
+  const Bytes v0 = loadAt(p);
+  const Bytes v1 = loadAt(p + blockSize);
+  const Bytes v2 = loadAt(p + 2 * blockSize);
+  const Bytes v3 = loadAt(p + 3 * blockSize);
+  const auto in01 = Block::either(misplacedIn(0, v0), misplacedIn(1, v1));
+  const auto in23 = Block::either(misplacedIn(2, v2), misplacedIn(3, v3));
+  return Block::either(Block::either(in01, in23), Block::foreign(v0, v1, v2, v3));
+}
+
+// The bits that any of four blocks has.
+inline Bytes eitherOfFour(const char* p) {
+  const Bytes v01 = Block::either(loadAt(p), loadAt(p + blockSize));
+  return Block::either(v01, Block::either(loadAt(p + 2 * blockSize), loadAt(p + 3 * blockSize)));
 }
 
 // `end`, or the start of a last character that lacks bytes.
@@ -36,35 +60,32 @@ inline const char* withoutCutCharacter(const char* begin, const char* end) {
 inline const char* validPrefix(const char* begin, const char* end) {
   const std::size_t n = sizeOf(begin, end);
   if (n < blockSize) {
-    if (isWrongAtStart(Block::loadPart(begin, n))) return begin;
+    if (Block::mask(wrongAtStart(Block::loadPart(begin, n))) != 0) return begin;
     return withoutCutCharacter(begin, end);
   }
-  if (isWrongAtStart(loadAt(begin))) return begin;
+  if (Block::mask(wrongAtStart(loadAt(begin))) != 0) return begin;
   const char* p = begin + blockSize;
   bool maybeCut = true;  // a character may go on beyond `p`
   for (; sizeOf(p, end) >= 4 * blockSize; p += 4 * blockSize) {
-    const Bytes v01 = Block::either(loadAt(p), loadAt(p + blockSize));
-    const Bytes v23 = Block::either(loadAt(p + 2 * blockSize), loadAt(p + 3 * blockSize));
-    if (Block::isAscii(Block::either(v01, v23))) {
+    if (Block::isAscii(eitherOfFour(p))) {
       if (maybeCut && withoutCutCharacter(begin, p) != p) return lastStartBefore(begin, p);
       maybeCut = false;
       continue;
     }
     maybeCut = true;
-    const auto wrong01 = Block::either(misplacedAt(p), misplacedAt(p + blockSize));
-    const auto wrong23 =
-        Block::either(misplacedAt(p + 2 * blockSize), misplacedAt(p + 3 * blockSize));
-    if (Block::mask(Block::either(wrong01, wrong23)) != 0) return lastStartBefore(begin, p);
+    if (Block::mask(wrongInFour(p)) != 0) return lastStartBefore(begin, p);
   }
   for (; sizeOf(p, end) >= blockSize; p += blockSize) {
-    if (Block::mask(misplacedAt(p)) != 0) return lastStartBefore(begin, p);
+    if (Block::mask(wrongAt(p)) != 0) return lastStartBefore(begin, p);
   }
   if (n >= blockSize + 2) {
-    if (Block::mask(misplacedAt(end - blockSize)) != 0) return lastStartBefore(begin, p);
+    if (Block::mask(wrongAt(end - blockSize)) != 0) return lastStartBefore(begin, p);
   } else if (const std::size_t left = sizeOf(p, end); left != 0) {
-    const auto wrong = Block::misplaced(Block::loadPart(p, left), Block::loadPart(p - 1, left),
-                                        Block::loadPart(p - 2, left));
-    if (Block::mask(wrong) != 0) return lastStartBefore(begin, p);
+    const Bytes v = Block::loadPart(p, left);
+    const auto misplaced =
+        Block::misplaced(v, Block::loadPart(p - 1, left), Block::loadPart(p - 2, left));
+    if (Block::mask(Block::either(misplaced, Block::foreign(v))) != 0)
+      return lastStartBefore(begin, p);
   }
   return withoutCutCharacter(begin, end);
 }

@@ -129,11 +129,18 @@ struct PlainBlock {
   }
   /// Marks the bytes that continue a character: 10xxxxxx.
   static Marks continuations(Bytes v) { return v & ~(v << 1); }
-  /// Marks the bytes of `v` that stand where UTF-8 does not allow them, given the bytes one and
-  /// two places before each.
+  /// Marks the first byte of `v` that continues a character against, or does not although, the
+  /// bytes one and two places before it ask for; nothing before that one.
   static Marks misplaced(Bytes v, Bytes before, Bytes before2) {
-    const Bytes follows = (before & before << 1) | (before2 & before2 << 1 & before2 << 2);
-    return (follows ^ continuations(v)) | (v & v << 1 & v << 2 & v << 3);
+    return (before & before << 1) ^ (before2 & before2 << 1 & before2 << 2) ^ continuations(v);
+  }
+  /// Marks the bytes above 0xEF, which stand nowhere in UTF-8, of one block or of four together.
+  static Marks foreign(Bytes v) {
+    const Bytes two = v & v << 1;
+    return two & two << 2;
+  }
+  static Marks foreign(Bytes a, Bytes b, Bytes c, Bytes d) {
+    return foreign(a) | foreign(b) | foreign(c) | foreign(d);
   }
   /// The bytes moved one or two places on, zeros in front.
   static Bytes moved1(Bytes v) { return v << 8; }
@@ -236,8 +243,12 @@ struct Sse2Block {
   static Marks continuations(Bytes v) { return _mm_cmpgt_epi8(all(0xC0), v); }
   static Marks misplaced(Bytes v, Bytes before, Bytes before2) {
     const Bytes follows =
-        either(_mm_subs_epu8(before, all(0x40)), _mm_subs_epu8(before2, all(0x60)));
-    return either(differ(follows, continuations(v)), _mm_subs_epu8(v, all(0x70)));
+        differ(_mm_subs_epu8(before, all(0x40)), _mm_subs_epu8(before2, all(0x60)));
+    return differ(follows, continuations(v));
+  }
+  static Marks foreign(Bytes v) { return _mm_subs_epu8(v, all(0x70)); }
+  static Marks foreign(Bytes a, Bytes b, Bytes c, Bytes d) {
+    return foreign(_mm_max_epu8(_mm_max_epu8(a, b), _mm_max_epu8(c, d)));
   }
   static Bytes moved1(Bytes v) { return _mm_slli_si128(v, 1); }
   static Bytes moved2(Bytes v) { return _mm_slli_si128(v, 2); }
@@ -322,8 +333,12 @@ struct Avx2Block {
   static Marks continuations(Bytes v) { return _mm256_cmpgt_epi8(all(0xC0), v); }
   static Marks misplaced(Bytes v, Bytes before, Bytes before2) {
     const Bytes follows =
-        either(_mm256_subs_epu8(before, all(0x40)), _mm256_subs_epu8(before2, all(0x60)));
-    return either(differ(follows, continuations(v)), _mm256_subs_epu8(v, all(0x70)));
+        differ(_mm256_subs_epu8(before, all(0x40)), _mm256_subs_epu8(before2, all(0x60)));
+    return differ(follows, continuations(v));
+  }
+  static Marks foreign(Bytes v) { return _mm256_subs_epu8(v, all(0x70)); }
+  static Marks foreign(Bytes a, Bytes b, Bytes c, Bytes d) {
+    return foreign(_mm256_max_epu8(_mm256_max_epu8(a, b), _mm256_max_epu8(c, d)));
   }
   static Bytes moved1(Bytes v) { return _mm256_alignr_epi8(v, lowHalfUp(v), 15); }
   static Bytes moved2(Bytes v) { return _mm256_alignr_epi8(v, lowHalfUp(v), 14); }
@@ -394,6 +409,7 @@ struct Avx512Block {
   static Marks either(Marks a, Marks b) { return a | b; }
   static Marks both(Marks a, Marks b) { return a & b; }
   static Marks without(Marks a, Marks b) { return a & ~b; }
+  static Marks either(Bytes tops, Marks marks) { return mask(tops) | marks; }
   static Marks others(Marks marks) { return ~marks; }
 
   static Marks equal(Bytes a, Bytes b) { return _mm512_cmpeq_epi8_mask(a, b); }
@@ -404,9 +420,12 @@ struct Avx512Block {
   static Marks continuations(Bytes v) { return _mm512_cmplt_epi8_mask(v, all(0xC0)); }
   static Bytes misplaced(Bytes v, Bytes before, Bytes before2) {
     const Bytes follows =
-        either(_mm512_subs_epu8(before, all(0x40)), _mm512_subs_epu8(before2, all(0x60)));
-    const Bytes continues = without(v, _mm512_add_epi8(v, v));
-    return either(differ(follows, continues), _mm512_subs_epu8(v, all(0x70)));
+        differ(_mm512_subs_epu8(before, all(0x40)), _mm512_subs_epu8(before2, all(0x60)));
+    return differ(follows, _mm512_adds_epi8(v, all(0x40)));
+  }
+  static Marks foreign(Bytes v) { return _mm512_cmpge_epu8_mask(v, all(0xF0)); }
+  static Marks foreign(Bytes a, Bytes b, Bytes c, Bytes d) {
+    return foreign(_mm512_max_epu8(_mm512_max_epu8(a, b), _mm512_max_epu8(c, d)));
   }
   static Bytes moved1(Bytes v) { return _mm512_alignr_epi8(v, quarterUp(v), 15); }
   static Bytes moved2(Bytes v) { return _mm512_alignr_epi8(v, quarterUp(v), 14); }
@@ -425,7 +444,7 @@ struct Avx512Block {
     return Avx2Block::total(_mm256_add_epi64(low, high));
   }
 
-  static bool isAscii(Bytes v) { return _mm512_movepi8_mask(v) == 0; }
+  static bool isAscii(Bytes v) { return mask(v) == 0; }
   static Mask mask(Marks marks) { return marks; }
   static Mask mask(Bytes tops) { return _mm512_movepi8_mask(tops); }
   static std::size_t first(Mask m) { return static_cast<std::size_t>(__builtin_ctzll(m)); }
