@@ -30,11 +30,16 @@ struct Comparison {
 
   bool isOver() const { return p >= aEnd || q >= bEnd; }
 
-  // Passes what matches, up to the end of the shorter text; but not its last character where that
-  // goes on in the other.
+  // Passes what matches.
   void skip() {
     const std::size_t n = static_cast<std::size_t>(std::min(aEnd - p, bEnd - q));
-    std::size_t same = kernels::loops->matchNoCaseUtf8(p, q, n, chr_upper_table_utf16);
+    pass(kernels::loops->matchNoCaseUtf8(p, q, n, chr_upper_table_utf16));
+  }
+
+  // Passes `same` bytes, up to the end of the shorter text; but not its last character where that
+  // goes on in the other.
+  void pass(std::size_t same) {
+    const std::size_t n = static_cast<std::size_t>(std::min(aEnd - p, bEnd - q));
     if (same == n && n >= 2 && aEnd - p != bEnd - q) {
       const char* const longer = aEnd - p > bEnd - q ? p : q;
       if (kernels::continues(longer[n])) same -= 2;
@@ -69,9 +74,13 @@ struct Comparison {
   NoCaseOrder ending() const { return result((p < aEnd ? 1 : 0) - (q < bEnd ? 1 : 0)); }
 };
 
-// From a difference on. Stands by itself, so that texts without one need less room on the stack.
-[[gnu::noinline]] NoCaseOrder compareOn(Comparison comparison) {
+// From behind what matches on. Stands by itself, so that texts that match need no room on the
+// stack.
+[[gnu::noinline]] NoCaseOrder compareBehind(std::size_t same, const char* a, const char* aEnd,
+                                            const char* b, const char* bEnd) {
   constexpr int singleSteps = 16;
+  Comparison comparison{a, aEnd, b, bEnd};
+  comparison.pass(same);
   for (;;) {
     for (int i = 0; i < singleSteps; ++i) {
       if (comparison.isOver()) return comparison.ending();
@@ -84,9 +93,11 @@ struct Comparison {
 }  // namespace
 
 NoCaseOrder compareNoCase(const char* a, const char* aEnd, const char* b, const char* bEnd) {
-  Comparison comparison{a, aEnd, b, bEnd};
-  if (caseTables.plainBytes) comparison.skip();
-  return comparison.isOver() ? comparison.ending() : compareOn(comparison);
+  if (!caseTables.plainBytes) return compareBehind(0, a, aEnd, b, bEnd);
+  const std::size_t n = static_cast<std::size_t>(std::min(aEnd - a, bEnd - b));
+  const std::size_t same = kernels::loops->matchNoCaseUtf8(a, b, n, chr_upper_table_utf16);
+  if (same == n && aEnd - a == bEnd - b) return {0, n};
+  return compareBehind(same, a, aEnd, b, bEnd);
 }
 
 }  // namespace cc
