@@ -20,6 +20,14 @@ elseif(COMMON_CORE_SANITIZE)
   set(CC_TEST_STRIDE 7)
 endif()
 
+# Seconds for a case, and for a whole program. Counters of what runs take most of the time.
+set(CC_TIMEOUT 120)
+set(CC_LONG_TIMEOUT 300)
+if(COMMON_CORE_COVERAGE)
+  set(CC_TIMEOUT 600)
+  set(CC_LONG_TIMEOUT 1500)
+endif()
+
 cmake_path(GET PROJECT_BINARY_DIR FILENAME CC_BUILD_NAME)
 
 function(add_cc_test)
@@ -45,7 +53,7 @@ function(add_cc_test)
       list(APPEND environment TMPDIR=/dev/shm)
     endif()
     add_test(NAME ${CC_BUILD_NAME}.${folder} COMMAND ${arg_NAME})
-    set_tests_properties(${CC_BUILD_NAME}.${folder} PROPERTIES TIMEOUT 300
+    set_tests_properties(${CC_BUILD_NAME}.${folder} PROPERTIES TIMEOUT ${CC_LONG_TIMEOUT}
                          ENVIRONMENT "${environment}")
     return()
   endif()
@@ -53,7 +61,7 @@ function(add_cc_test)
     ${arg_NAME}
     DISCOVERY_MODE PRE_TEST
     TEST_PREFIX "${CC_BUILD_NAME}.${folder}."
-    PROPERTIES TIMEOUT 120 ENVIRONMENT "COMMON_CORE_ETC_DIR=${CC_LNG_DIR}")
+    PROPERTIES TIMEOUT ${CC_TIMEOUT} ENVIRONMENT "COMMON_CORE_ETC_DIR=${CC_LNG_DIR}")
 endfunction()
 
 # add_cc_script(name command...) makes a test of a command, told where everything is.
@@ -65,5 +73,5 @@ function(add_cc_script name)
     PROPERTY ENVIRONMENT "CC_SOURCE_DIR=${PROJECT_SOURCE_DIR}" "CC_BUILD_DIR=${PROJECT_BINARY_DIR}"
              "CC_BITS=${CC_BITS}" "CC_GETTEXTPO=${CC_GETTEXTPO}" "CC_RUN=${run}" "CCML=${ccml}" "CCLNG=${cclng}"
              "COMMON_CORE_ETC_DIR=${CC_LNG_DIR}")
-  set_property(TEST ${CC_BUILD_NAME}.${name} PROPERTY TIMEOUT 120)
+  set_property(TEST ${CC_BUILD_NAME}.${name} PROPERTY TIMEOUT ${CC_TIMEOUT})
 endfunction()
