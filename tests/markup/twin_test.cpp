@@ -45,7 +45,8 @@ TEST(ReaderTwin, ShapesAndErrors) {
   compare(std::string("<a\0>", 4));
   compare(std::string("<a x=\"\0\">", 9));
   for (const char* tag : {"<", "</", "<a ", "<a <"}) {
-    for (std::size_t n = 508; n < 515; ++n) {  // the longest names
+    // Names around the sizes of blocks and windows, and the longest ones.
+    for (std::size_t n = 1; n < 515; n = n == 70 ? 508 : n + 1) {
       for (const char* end : {"", "/>", "=\"1\"><b/>"}) compare(tag + std::string(n, 'n') + end);
     }
   }
