@@ -47,7 +47,6 @@ struct {
   std::vector<Failure> failures;
   // killing
   bool killing = false;
-  bool killAfter = false;
   int callsToLive = 0;
 } state;
 
@@ -62,10 +61,6 @@ bool isChosen(int call) {
   if (state.firstCall < 0) return state.countdown-- == 0;
   return state.extent == Extent::All ||
          (state.extent == Extent::Function && state.firstCall == call);
-}
-
-void dieWhenDue() {
-  if (state.callsToLive-- == 0) ::raise(SIGKILL);
 }
 
 void startRun(Extent extent, int index, std::size_t way) {
@@ -142,7 +137,7 @@ const testing::Environment* const summary = testing::AddGlobalTestEnvironment(ne
 }  // namespace
 
 Passage::Passage(calls::Call call, const void* site) {
-  if (state.killing && !state.killAfter) dieWhenDue();
+  if (state.killing && state.callsToLive-- == 0) ::raise(SIGKILL);
   if (!state.armed) return;
   const Function& function = functions()[call];
   if (state.tracing) state.trace.emplace_back(function.name);
@@ -152,10 +147,6 @@ Passage::Passage(calls::Call call, const void* site) {
   fails = true;
   error = function.errors[state.way % function.errors.size()];
   state.failures.push_back({function.name, error, turn, site});
-}
-
-Passage::~Passage() {
-  if (state.killing && state.killAfter) dieWhenDue();
 }
 
 FaultSweep::Armed::Armed() { state.armed = true; }
@@ -223,9 +214,8 @@ std::vector<std::string_view> tracedCalls(const std::function<void()>& action) {
   return state.trace;
 }
 
-void killAtCall(int call, bool after) {
+void killAtCall(int call) {
   state.callsToLive = call;
-  state.killAfter = after;
   state.killing = true;
 }
 

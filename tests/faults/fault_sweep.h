@@ -98,8 +98,7 @@ void sweepFaults(const std::function<void(FaultSweep&)>& scenario);
 /// The names of the functions that `action` calls, in their order.
 std::vector<std::string_view> tracedCalls(const std::function<void()>& action);
 
-/// From now on this process is killed at its `call`-th call from here, just before it or just
-/// after it.
-void killAtCall(int call, bool after);
+/// This process is killed just before its `call`-th call from here.
+void killAtCall(int call);
 
 }  // namespace cc::test

@@ -2,8 +2,6 @@
 // left afterwards.
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include "ffproc.h"
 #include "fileproc.h"
@@ -196,69 +194,6 @@ TEST(Faults, SaveInPlace) {
     }
     EXPECT_EQ(1, folder.count());
   });
-}
-
-TEST(Faults, SaveAtomic) {
-  const TempFolder folder;
-  const std::string file = folder / "a-name-of-some-length";
-  const std::string link = folder / "link";
-  const Rules rules = {
-      // a file that vanishes, or was never there
-      {"pathStatus", GoesOn, ENOENT},
-      {"pathStatus", 4},
-      {"readLink", 4},
-      {"randomBytes", 4},
-      // the name is taken, for a hundred names
-      {"openFile", 4, EEXIST, 99},
-      {"openFile", GoesOn, EEXIST},
-      // the folder, whose synchronising is none of the save's
-      {"openFile", GoesOn, AnyWay, 1},
-      {"syncFile", GoesOn, AnyWay, 1},
-      {"closeFile", GoesOn, AnyWay, 1},
-      {"openFile", 4},
-      {"writeFile", GoesOn, Short},
-      {"writeFile", 12, Ended},
-      {"writeFile", 35},
-      {"changeOwner", GoesOn},
-      {"changePermissions", 4},
-      {"syncFile", 38},
-      {"closeFile", 3},
-      {"renamePath", 35},
-      {"unlinkPath", GoesOn},
-  };
-  for (const std::string& path : {file, link}) {
-    for (const bool exists : {true, false}) {
-      SCOPED_TRACE(path + (exists ? ", replaced" : ", new"));
-      sweepFaults([&](FaultSweep& sweep) {
-        std::filesystem::remove_all(folder / "");
-        std::filesystem::create_directory(folder / "");
-        if (path == link) {
-          ASSERT_EQ(0, ::symlink("a-name-of-some-length", link.c_str()));
-        }
-        if (exists) {
-          putFile(file, "old");
-          ASSERT_EQ(0, ::chmod(file.c_str(), 0640));
-        }
-        const int entries = folder.count();
-        const std::string thrown =
-            sweep.thrownBy([&] { UTF8File::saveAtomic(path.c_str(), "new", 3); });
-        EXPECT_EQ(sweep.expected(rules, path), thrown);
-        const bool done = thrown == "(nothing)";
-        const bool vanished = sweep.failed("pathStatus", ENOENT);
-        EXPECT_EQ(done ? "new" : exists ? "old" : "(no file)", fileBytes(done ? path : file));
-        if (exists && !vanished) {
-          struct stat info {};
-          ASSERT_EQ(0, ::stat(path.c_str(), &info));
-          EXPECT_EQ(0640U, info.st_mode & 07777U);
-        }
-        if (!vanished) {
-          EXPECT_EQ(path == link, std::filesystem::is_symlink(path));
-          const bool stuck = sweep.failed("unlinkPath");
-          EXPECT_EQ(entries + (done && !exists ? 1 : 0) + (stuck ? 1 : 0), folder.count());
-        }
-      });
-    }
-  }
 }
 
 TEST(Faults, FindFile) {

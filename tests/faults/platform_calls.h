@@ -71,10 +71,6 @@ class Passage {
  public:
   /// Begins the call that the library makes at `site`.
   Passage(calls::Call call, const void* site);
-  Passage(const Passage&) = delete;
-  Passage& operator=(const Passage&) = delete;
-  /// Ends it.
-  ~Passage();
 
   /// Whether it is to fail, and in which way.
   bool fails = false;
