@@ -40,22 +40,11 @@ inline std::string repeated(std::string_view part, std::size_t n) {
 
 inline int sign(int order) { return (order > 0) - (order < 0); }
 
-inline bool sameNoCase(char a, char b) {
-  return chr_upper_table_ascii[static_cast<unsigned char>(a)] ==
-         chr_upper_table_ascii[static_cast<unsigned char>(b)];
-}
-
-inline bool equalNoCase(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (!sameNoCase(a[i], b[i])) return false;
-  }
-  return true;
-}
-
 inline int compareNoCase(std::string_view a, std::string_view b) {
   for (std::size_t i = 0; i < a.size() && i < b.size(); ++i) {
-    if (!sameNoCase(a[i], b[i])) return byteAt(a, i) > byteAt(b, i) ? 1 : -1;
+    const int left = chr_upper_table_ascii[byteAt(a, i)];
+    const int right = chr_upper_table_ascii[byteAt(b, i)];
+    if (left != right) return byteAt(a, i) > byteAt(b, i) ? 1 : -1;
   }
   return a.size() == b.size() ? 0 : a.size() > b.size() ? 1 : -1;
 }
@@ -65,7 +54,7 @@ inline std::size_t find(std::string_view text, std::string_view pattern, bool no
   if (text.empty() || pattern.empty()) return text.size();
   for (std::size_t i = 0; pattern.size() <= text.size() - i && i < text.size(); ++i) {
     const std::string_view part = text.substr(i, pattern.size());
-    if (noCase ? equalNoCase(part, pattern) : part == pattern) return i;
+    if (noCase ? compareNoCase(part, pattern) == 0 : part == pattern) return i;
   }
   return none;
 }
