@@ -5,6 +5,7 @@
 
 #include <functional>
 
+#include "charproc.h"
 #include "loc_loader.h"
 #include "mlproc.h"
 #include "rundetector.h"
@@ -19,6 +20,7 @@ using cc::test::TempFolder;
 TEST(Memory, WhatFailsLeavesNothing) {
   const TempFolder folder;
   const std::string path = folder / "a";
+  const unsigned short units[] = {'a', 0x430};
   const std::string digits(400, '1');
   const std::string name(100, 'n');
   const TTT message = TTT(LocDictionaryCommonCore, 25) << name.c_str();
@@ -36,6 +38,17 @@ TEST(Memory, WhatFailsLeavesNothing) {
     std::function<void()> action;
   };
   const Row rows[] = {
+      // copies
+      {"bytes", [&] { delete[] strnew("abc", 3); }},
+      {"bytes of units", [&] { delete[] strnew(units, units + 2); }},
+      {"units", [&] { delete[] strnew16(units, 2); }},
+      {"units of bytes", [&] { delete[] strnew16(name.data(), name.data() + 10); }},
+      {"bytes added to none",
+       [&] {
+         char* s = nullptr;
+         stradd(s, 0, "abc", 3);
+         delete[] s;
+       }},
       {"room of a vector", [&] { SimpleVector<int>().expand(100); }},
       {"modules", [&] { Loc::Loader().append(nullptr); }},
       // messages
