@@ -9,15 +9,11 @@
 
 namespace {
 
+using cc::test::dataOf;
 using cc::test::MessageBytes;
 using cc::test::OpenDoc;
 using cc::test::parts;
 using cc::test::thrownBy;
-
-std::string bytesOf(const TTT& message) {
-  const Bag& bag = message.getBag();
-  return {bag.getBuffer(), static_cast<std::size_t>(bag.getSize())};
-}
 
 TEST(Position, CountsLinesAndCharacters) {
   for (const std::string& text : parts("abc|ab\n\tx|a\t|abc\t|abcd\t|\t\t|\xC3\xA9|"
@@ -39,13 +35,17 @@ TEST(Position, CountsLinesAndCharacters) {
   }
 }
 
-TEST(Error, WithANameTellsDocumentAndPlace) {
-  OpenDoc doc(" <>");
-  MLDoc::Token token;
-  const std::string expected =
-      MessageBytes(37).entry(14).entry(25).text("doc").entry(21).word(1).word(4);
-  EXPECT_EQ(expected, thrownBy([&] { doc.step(token); }));
-
+TEST(Error, TellsDocumentAndPlaceBehindTheHeading) {
+  OpenDoc doc("<a>");
+  TTT own("own text");
+  own <= TTT(LocDictionary1, 5) << 7;
+  const std::string bytes = dataOf(own.getBag());
+  doc.moveTo(2);
+  const std::string place = MessageBytes(25).text("doc").entry(21).word(1).word(3);
+  EXPECT_EQ(std::string(MessageBytes(37)) + bytes + place, thrownBy([&] { doc.erro(own); }));
+  EXPECT_EQ(2U, doc.at()) << "nothing changes";
+  doc.formMessage(own);
+  EXPECT_EQ(bytes + place, dataOf(own.getBag()));
   doc.moveTo(0);
   EXPECT_EQ(std::string(MessageBytes(37).entry(20).entry(25).text("doc")),
             thrownBy([&] { doc.getInt("x"); }))
@@ -58,36 +58,11 @@ TEST(Error, WithoutANameTellsOnlyTheError) {
     doc.load(name, " <>", 3);
     MLDoc::Token token;
     EXPECT_EQ(std::string(MessageBytes(14)), thrownBy([&] { doc.step(token); }));
+    doc.moveTo(0);
+    TTT unformed("before");
+    doc.formMessage(unformed);
+    EXPECT_EQ(dataOf(TTT("before").getBag()), dataOf(unformed.getBag()));
   }
-}
-
-TEST(Error, CarriesACallersMessage) {
-  OpenDoc doc("<a>");
-  TTT own("own text");
-  own <= TTT(LocDictionary1, 5);
-  own << 7;
-  EXPECT_EQ(bytesOf(own), thrownBy([&] {
-              OpenDoc nameless;
-              nameless.erro(own);
-            }));
-  doc.moveTo(2);
-  const auto withPlace = [](TTT message) {
-    message <= TTT(LocDictionaryCommonCore, 25);
-    message << "doc";
-    message <= TTT(LocDictionaryCommonCore, 21);
-    message << 1 << 3;
-    return message;
-  };
-  TTT heading(LocDictionaryCommonCore, 37);
-  heading <= own;
-  EXPECT_EQ(bytesOf(withPlace(heading)), thrownBy([&] { doc.erro(own); }));
-  EXPECT_EQ(2U, doc.at()) << "nothing changes";
-  TTT formed("before");
-  doc.formMessage(formed);
-  EXPECT_EQ(bytesOf(withPlace(TTT("before"))), bytesOf(formed));
-  TTT unformed("before");
-  OpenDoc().formMessage(unformed);
-  EXPECT_EQ(bytesOf(TTT("before")), bytesOf(unformed)) << "neither name nor place";
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
 #include <climits>
 #include <functional>
 
@@ -57,21 +56,9 @@ TEST(Load, FromAFile) {
     EXPECT_EQ(row.content, doc.content());
     EXPECT_EQ(row.position, doc.at());
     EXPECT_EQ(path, doc.documentName());
+    EXPECT_NE("(nothing)", thrownBy([&] { doc.load(static_cast<const char*>(nullptr)); }));
+    EXPECT_EQ(nullptr, doc.begin());
   }
-}
-
-TEST(Load, AMissingFileLeavesNoText) {
-  const TempFolder folder;
-  const std::string path = folder / "missing";
-  OpenDoc doc("<old/>");
-  EXPECT_EQ(failure(4, path, ENOENT), thrownBy([&] { doc.load(path.c_str()); }));
-  MLDoc::Token token;
-  EXPECT_FALSE(doc.step(token));
-  EXPECT_EQ(path, doc.documentName());
-  doc.put("<new/>");
-  EXPECT_TRUE(doc.step(token)) << "usable as before";
-  EXPECT_NE("(nothing)", thrownBy([&] { doc.load(static_cast<const char*>(nullptr)); }));
-  EXPECT_FALSE(doc.step(token));
 }
 
 TEST(Load, TheLargestSize) {

@@ -2,7 +2,7 @@
 /// A whole walk over a document as text: every token, attribute, warning and error with its place.
 ///
 ///     E a d1 o [0,9) x=1      an element: name, depth, opening and closing, its tag, attributes
-///     I [0,5) / C [0,7)       an instruction, a comment
+///     I a d1  [0,5) / C ...   an instruction, a comment: with the name of the element before
 ///     w x                     a warning about an attribute, before it
 ///     !14 @2 1:3              an error with the offset, line and column where reading stopped
 ///
@@ -84,7 +84,9 @@ class Walk {
       if (more && error < 0) addAttributes(token);
       doc.out += more ? "\n" : "";
     }
-    return doc.out + "end @" + std::to_string(doc.at()) + " d" + std::to_string(token.depth);
+    // The end of the text leaves the last token alone.
+    return doc.out + "end @" + std::to_string(doc.at()) + " d" + std::to_string(token.depth) + " " +
+           str(token.tag);
   }
 
  private:
@@ -95,12 +97,10 @@ class Walk {
 
   void addToken(const MLDoc::Token& token, bool whole) {
     doc.out += "EIC"[token.type];
-    if (token.type == 0 && whole) doc.out += " " + str(token.name);
-    if (token.type == 0) {
-      doc.out += " d" + std::to_string(token.depth) + " ";
-      if (token.opening) doc.out += "o";
-      if (token.closing && (whole || !token.opening)) doc.out += "c";
-    }
+    if (whole) doc.out += " " + str(token.name);
+    doc.out += " d" + std::to_string(token.depth) + " ";
+    if (token.opening) doc.out += "o";
+    if (token.closing && (whole || !token.opening)) doc.out += "c";
     const auto offset = [&](const char* p) { return std::to_string(p - doc.begin()); };
     doc.out += " [" + offset(token.tag.begin) + "," + offset(token.tag.end) + ")";
   }

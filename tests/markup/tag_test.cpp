@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <thread>
-#include <vector>
-
 #include "pairtag.h"
 #include "strtag.h"
 
@@ -67,19 +64,6 @@ TEST(PairTag, PreparesOnce) {
   // Only the first entry tells whether the table is prepared.
   table[1].nameEnd = table[1].name + 2;
   EXPECT_EQ(3, table->translate(ChPair("th")));
-}
-
-TEST(PairTag, PreparingFromSeveralThreadsIsHarmless) {
-  for (int round = 0; round < 200; ++round) {
-    const PairTag table[] = {{"a", 1}, {"bb", 2}, {"ccc", 3}, {"dddd", 4}, {nullptr, 0}};
-    std::vector<std::thread> threads;
-    int found[4] = {};
-    for (int& value : found) {
-      threads.emplace_back([&] { value = table->translate(ChPair("DDDD")); });
-    }
-    for (std::thread& thread : threads) thread.join();
-    for (const int value : found) ASSERT_EQ(4, value);
-  }
 }
 
 TEST(StrPtrTag, ReadsTheVariablesAtEveryLookup) {

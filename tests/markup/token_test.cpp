@@ -1,4 +1,4 @@
-// The tokenizer: what a token keeps, documents without a text, and hostile ones.
+// The tokenizer: documents without a text, and hostile ones.
 
 #include <gtest/gtest.h>
 
@@ -9,22 +9,6 @@ namespace {
 
 using cc::test::errorOf;
 using cc::test::OpenDoc;
-using cc::test::str;
-
-TEST(Token, InstructionsAndCommentsKeepTheName) {
-  OpenDoc doc("<a><?b?><!--c-->");
-  MLDoc::Token token;
-  for (int type = 0; type < 3; ++type) {
-    ASSERT_TRUE(doc.step(token));
-    EXPECT_EQ(type, token.type);
-    EXPECT_EQ("a", str(token.name));
-    EXPECT_EQ(1, token.depth);
-  }
-  const MLDoc::Token last = token;
-  EXPECT_FALSE(doc.step(token));
-  EXPECT_EQ(last.tag.begin, token.tag.begin) << "the end of the text leaves the token alone";
-  EXPECT_EQ(last.type, token.type);
-}
 
 TEST(Token, ADocumentWithoutTextIsAtItsEnd) {
   OpenDoc doc;

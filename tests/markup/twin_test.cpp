@@ -25,8 +25,8 @@ void compare(const std::string& text) {
 TEST(ReaderTwin, ShapesAndErrors) {
   // One walk word for word; all others are what the model makes of them.
   EXPECT_EQ(
-      "I [0,8)\nC [8,15)\nE a d1 o [15,26) w x x=a b\nE d1 o [26,29) !0 @29 1:30\n"
-      "E c d0 c [30,34)\nend @34 d0",
+      "I  d0  [0,8)\nC  d0  [8,15)\nE a d1 o [15,26) w x x=a b\nE d1 o [26,29) !0 @29 1:30\n"
+      "E c d0 c [30,34)\nend @34 d0 </c>",
       traceOf("<?&\">\"?><!----><a x=\"a\tb\"><b&></c>"));
   for (const std::string& text :
        parts("text > & ]]> \x80|<a x=\"1\" />|<a x=\"1\"/ >|<a><b/></c>|x<a\r\n>y|<0.-:_Z/>|<a "

