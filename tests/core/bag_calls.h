@@ -18,7 +18,7 @@ class BagCalls {
   // `choose` gives a number from the lowest up to the highest it is told.
   explicit BagCalls(std::function<int(int, int)> choose) : number(std::move(choose)) {}
 
-  // One call. The result is empty, or names the call and what does not agree after it.
+  // One call. The result is empty, or tells the kind of the call and what does not agree after it.
   std::string step() {
     const Result expected = call();
     const struct {
@@ -31,7 +31,7 @@ class BagCalls {
                   {"capacity", model.capacity == bag.getCapacity()},
                   {"buffer", (model.capacity == 0) == (bag.getBuffer() == nullptr)}};
     for (const auto& check : checks) {
-      if (!check.same) return std::string(name) + ": " + check.what;
+      if (!check.same) return "kind " + std::to_string(kind) + ": " + check.what;
     }
     return {};
   }
@@ -42,77 +42,71 @@ class BagCalls {
     for (char& c : s) c = static_cast<char>(number(0, 3));
     return s;
   }
-  void fill(char* at, const std::string& s) {
-    if (!s.empty()) std::memcpy(at, s.data(), s.size());
+  void fill(char* at) {
+    if (!written.empty()) std::memcpy(at, written.data(), written.size());
   }
 
-  // Makes the call on the bag; what the model comes to goes through.
-  template <class Action>
-  Result both(const char* what, Action&& action, Result expected) {
-    name = what;
-    actual = resultOf(action);
-    return expected;
-  }
-
+  // Makes a call on the bag, and gives what the model comes to.
   Result call() {
-    const std::string s = text();
-    const auto n = static_cast<int>(s.size());
+    written = text();
+    const auto n = static_cast<int>(written.size());
     const int align = 1 << number(0, 3);
     read.clear();
     expectedRead.clear();
-    switch (number(0, 13)) {
+    kind = number(0, 13);
+    switch (kind) {
       case 0:
-        return both(
-            "putData", [&] { bag.putData(s.data(), n); }, model.put(s, 1));
       case 1:
-        return both(
-            "putDataPtr", [&] { fill(bag.putDataPtr(n), s); }, model.put(s, 1));
       case 2:
-        return both(
-            "putDataPtrAligned", [&] { fill(bag.putDataPtrAligned(n, align), s); },
-            model.put(s, align));
       case 3:
-        return both(
-            "putDataAligned", [&] { bag.putDataAligned(s.data(), n, align); }, model.put(s, align));
+        return put(n, kind, align);
       case 4:
-        return both(
-            "putString", [&] { bag.putString(s.c_str()); },
-            model.put(std::string(s.c_str()) + '\0', 1));
+        actual = resultOf([&] { bag.putString(written.c_str()); });
+        return model.put(written.c_str() + std::string(1, '\0'), 1);
       case 5:
-        return both(
-            "getStringPtr", [&] { read = bag.getStringPtr(); }, model.getString(expectedRead));
+        actual = resultOf([&] { read = bag.getStringPtr(); });
+        return model.getString(expectedRead);
       case 6: {
         const int offset = number(0, bag.getSize());
-        return both(
-            "insSpace", [&] { fill(bag.insSpace(offset, n), s); }, model.insert(offset, s));
+        actual = resultOf([&] { fill(bag.insSpace(offset, n)); });
+        return model.insert(offset, written);
       }
       case 7: {
         const int offset = number(-1, bag.getSize() + 1);
         const int count = number(-1, 20);
-        return both(
-            "delSpace", [&] { bag.delSpace(offset, count); }, model.remove(offset, count));
+        actual = resultOf([&] { bag.delSpace(offset, count); });
+        return model.remove(offset, count);
       }
       case 8: {
         const bool anywhere = number(0, 3) == 0;
         model.position = anywhere ? number(-3, bag.getSize() + 20) : bag.getSize();
-        const auto place = [&] { bag.setPosition(static_cast<int>(model.position)); };
-        return both("setPosition", place, Result::Done);
+        bag.setPosition(static_cast<int>(model.position));
+        return actual = Result::Done;
       }
       case 9: {
         const int room = number(0, 30) == 0 ? 0 : number(1, bag.getSize() + 40);
-        return both(
-            "setBufferSize", [&] { bag.setBufferSize(room); }, model.setBufferSize(room));
+        actual = resultOf([&] { bag.setBufferSize(room); });
+        return model.setBufferSize(room);
       }
       case 10:
-        return both(
-            "copy", [&] { bag = Bag(static_cast<const Bag&>(bag)); }, model.copyExactly());
+        actual = resultOf([&] { bag = Bag(static_cast<const Bag&>(bag)); });
+        return model.copyExactly();
       case 11:
+        actual = resultOf([&] { handOver(); });
         model.position = 0;
-        return both(
-            "steal and setBuffer", [&] { handOver(); }, model.copyExactly());
+        return model.copyExactly();
       default:
         return get(number(-2, 12), align);
     }
+  }
+  Result put(int n, int form, int align) {
+    actual = resultOf([&] {
+      if (form == 0) bag.putData(written.data(), n);
+      if (form == 1) fill(bag.putDataPtr(n));
+      if (form == 2) fill(bag.putDataPtrAligned(n, align));
+      if (form == 3) bag.putDataAligned(written.data(), n, align);
+    });
+    return model.put(written, form >= 2 ? align : 1);
   }
   void handOver() {
     Bag other("other", 5);
@@ -126,21 +120,21 @@ class BagCalls {
     const int form = number(0, 3);
     read.assign(room, 'u');
     expectedRead.assign(room, 'u');
-    const auto call = [&] {
+    actual = resultOf([&] {
       if (form == 0) bag.getData(read.data(), n);
       if (form == 1) read.assign(bag.getDataPtr(n), room);
       if (form == 2) bag.getDataAligned(read.data(), n, align);
       if (form == 3) read.assign(bag.getDataPtrAligned(n, align), room);
-    };
-    return both("reading", call, model.get(expectedRead, n, form >= 2 ? align : 1));
+    });
+    return model.get(expectedRead, n, form >= 2 ? align : 1);
   }
 
   std::function<int(int, int)> number;
   Bag bag;
   BagModel model;
-  const char* name = "";
+  int kind = 0;
   Result actual = Result::Done;
-  std::string read, expectedRead;
+  std::string written, read, expectedRead;
 };
 
 }  // namespace cc::test

@@ -55,12 +55,20 @@ TEST(Kernels, ThePortableFormComesFirst) {
   EXPECT_EQ(loops, forms.back());
 }
 
-TEST(Kernels, CheckAndCount) {
-  withEachForm([](const Loops&) {
-    withTexts(64, [](const char* s, std::size_t n) {
-      const string_view text(s, n);
+TEST(Kernels, TextsOfEveryLength) {
+  withEachForm([](const Loops& form) {
+    withTexts(64, [&form](char* s, std::size_t n) {
+      const std::string text(s, n);
       ASSERT_EQ(reference::check(text), at(s, strchk_utf8(s, sizeOf(text))));
       ASSERT_EQ(reference::countCharacters(text), strlen_utf8(s, s + n));
+      std::string upper = text;
+      std::string lower = text;
+      for (char& c : upper) c = static_cast<char>(c >= 'a' && c <= 'z' ? c - 0x20 : c);
+      for (char& c : lower) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + 0x20 : c);
+      form.upperAscii(s, s + n);
+      ASSERT_EQ(upper, string_view(s, n));
+      form.lowerAscii(s, s + n);
+      ASSERT_EQ(lower, string_view(s, n));
     });
   });
 }
@@ -113,21 +121,6 @@ TEST(Kernels, EncodedSize) {
       ASSERT_EQ(40 * reference::encode(same[0]).size(),
                 form.encodedSize(same.data(), same.data() + same.size()));
     }
-  });
-}
-
-TEST(Kernels, CaseOfBytes) {
-  withEachForm([](const Loops& form) {
-    withTexts(64, [&form](char* s, std::size_t n) {
-      std::string upper(s, n);
-      std::string lower(s, n);
-      for (char& c : upper) c = static_cast<char>(c >= 'a' && c <= 'z' ? c - 0x20 : c);
-      for (char& c : lower) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + 0x20 : c);
-      form.upperAscii(s, s + n);
-      ASSERT_EQ(upper, string_view(s, n));
-      form.lowerAscii(s, s + n);
-      ASSERT_EQ(lower, string_view(s, n));
-    });
   });
 }
 

@@ -19,18 +19,6 @@
 
 namespace loc_test {
 
-/// "FE FF 00" and the like.
-inline std::string hex(std::string_view bytes) {
-  std::string out;
-  char digits[4];
-  for (const char byte : bytes) {
-    std::snprintf(digits, sizeof digits, "%02X ", static_cast<unsigned char>(byte));
-    out += digits;
-  }
-  if (!out.empty()) out.pop_back();
-  return out;
-}
-
 inline std::string_view bytesOf(const Bag& bag) {
   return {bag.getBuffer(), static_cast<std::size_t>(bag.getSize())};
 }
@@ -61,26 +49,24 @@ struct LngFile {
   std::string pool;
 };
 
-/// `bytes` as an open file, which keeps them alive.
+/// `bytes` as an open file.
 class MemoryFile {
  public:
-  explicit MemoryFile(std::string content) : bytes(std::move(content)) {
-    stream = std::tmpfile();
+  explicit MemoryFile(const std::string& bytes) {
     std::fwrite(bytes.data(), 1, bytes.size(), stream);
-    std::rewind(stream);
   }
   MemoryFile(const MemoryFile&) = delete;
   MemoryFile& operator=(const MemoryFile&) = delete;
   ~MemoryFile() { std::fclose(stream); }
 
-  std::FILE* get() {
+  /// The file, to be read from its start.
+  std::FILE* get() const {
     std::rewind(stream);
     return stream;
   }
 
  private:
-  std::string bytes;
-  std::FILE* stream;
+  std::FILE* const stream = std::tmpfile();
 };
 
 /// A loaded dictionary of these texts.

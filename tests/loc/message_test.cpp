@@ -12,42 +12,33 @@
 namespace {
 
 using loc_test::bytesOf;
-using loc_test::hex;
+using testing::PrintToString;
+using namespace std::string_literals;
 
 Bag bagOf(std::string_view bytes) { return Bag(bytes.data(), static_cast<int>(bytes.size())); }
 
 TEST(Message, HasTheDescribedBytes) {
-  const char cut[] = "abcdef";
+  const char* const null = nullptr;
+  const std::string literal = "\xFF\xFF\xFF\xFF";
+  const std::string entry = "\xFE\xFF\xFF\xFF";
   const struct {
-    const char* what;
     TTT message;
-    const char* bytes;
+    std::string bytes;
   } rows[] = {
-      // constructors
-      {"nothing", TTT(), ""},
-      {"a text", TTT("abc"), "FF FF FF FF 61 62 63 00"},
-      {"a null text", TTT(static_cast<const char*>(nullptr)), "FF FF FF FF 00"},
-      {"a string with a 0", TTT(std::string("ab\0cd", 5)), "FF FF FF FF 61 62 00"},
-      {"any number", TTT(LocDictionary4, -1), "FE FF FF FF 04 00 00 00 FF FF FF FF"},
-      {"a bag", TTT(bagOf("ab")), "61 62"},
-      // arguments
-      {"number, then texts",
-       TTT(LocDictionary0, 0) << -5 << "a"
+      {TTT(), ""},
+      {TTT(null), literal + '\0'},
+      {TTT("ab\0cd"s), literal + "ab\0"s},
+      {TTT(LocDictionary4, -1), entry + "\4\0\0\0\xFF\xFF\xFF\xFF"s},
+      {TTT(LocDictionary0, 0) << -5 << "a"
                               << ""
                               << "b",
-       "FE FF FF FF 00 00 00 00 00 00 00 00 FB FF FF FF 61 00 00 62 00"},
-      {"null texts",
-       (TTT() << static_cast<const char*>(nullptr)) <= static_cast<const char*>(nullptr),
-       "00 00 00 00 FF FF FF FF 00"},
-      // entries
-      {"entry after text", (TTT() <= TTT("x")) <= TTT(LocDictionary3, 17),
-       "FF FF FF FF 78 00 00 00 FE FF FF FF 03 00 00 00 11 00 00 00"},
-      {"a slice", TTT() <= ChPair(cut + 1, cut + 3), "FF FF FF FF 62 63 00"},
-      {"nothing appended", (TTT("x") <= TTT()) <= Bag(), "FF FF FF FF 78 00"},
+       entry + "\0\0\0\0\0\0\0\0\xFB\xFF\xFF\xFF"s + "a\0\0b\0"s},
+      {(TTT() << null) <= null, "\0\0\0\0"s + literal + '\0'},
+      {(TTT("x") <= TTT()) <= Bag(), literal + "x\0"s},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(row.bytes, hex(bytesOf(row.message.getBag()))) << row.what;
-    EXPECT_EQ(row.message.getBag().getSize(), row.message.getBag().getPosition()) << row.what;
+    EXPECT_EQ(row.bytes, bytesOf(row.message.getBag())) << &row - rows;
+    EXPECT_EQ(row.message.getBag().getSize(), row.message.getBag().getPosition()) << &row - rows;
   }
 }
 
@@ -71,10 +62,7 @@ TEST(Message, CopiesAllBytesWhereverTheCursorStands) {
 // memory runs out it is as it was.
 TEST(Message, TakesAllOrNothing) {
   static const std::string text(300, 'x');
-  static const std::string before(
-      "\xFF\xFF\xFF\xFF"
-      "ab\0",
-      7);
+  static const std::string before = "\xFF\xFF\xFF\xFF" + "ab\0"s;
   static const std::string aligned = before + '\0';
   static const std::string entry = aligned + "\xFF\xFF\xFF\xFF";
   static const auto own = [](TTT& m) { return m.getBag().getBuffer() + 4; };
@@ -86,7 +74,7 @@ TEST(Message, TakesAllOrNothing) {
       {"literal", [](TTT& m) { m <= text.c_str(); }, entry + text + '\0'},
       {"slice", [](TTT& m) { m <= ChPair(text.c_str()); }, entry + text + '\0'},
       {"argument", [](TTT& m) { m << text.c_str(); }, before + text + '\0'},
-      {"number", [](TTT& m) { m << 1; }, aligned + std::string("\1\0\0\0", 4)},
+      {"number", [](TTT& m) { m << 1; }, aligned + "\1\0\0\0"s},
       {"message", [](TTT& m) { m <= TTT(text); }, entry + text + '\0'},
       {"bag", [](TTT& m) { m <= bagOf(text); }, aligned + text},
       {"assignment", [](TTT& m) { m = bagOf(text); }, text},
@@ -113,16 +101,16 @@ TEST(Message, TakesAllOrNothing) {
 }
 
 TEST(Message, ReportsTheNumbersOfItsFirstEntry) {
-  const std::string entry("\xFE\xFF\xFF\xFF\x03\0\0\0\x19\0\0\0x\0", 14);
+  const std::string entry = "\xFE\xFF\xFF\xFF\x03\0\0\0\x19\0\0\0x\0"s;
   const struct {
     std::string bytes;
     bool result;
     int dictionary, code;
   } rows[] = {
       {"", false, 0, -1},
-      {std::string("\xFF\xFF\xFF\xFF", 4), true, 0, -1},
-      {std::string("\x0C\0\0\0", 4), true, 0, 12},
-      {std::string("\xFD\xFF\xFF\xFF", 4), true, 0, -3},
+      {"\xFF\xFF\xFF\xFF", true, 0, -1},
+      {"\x0C\0\0\0"s, true, 0, 12},
+      {"\xFD\xFF\xFF\xFF", true, 0, -3},
       {entry, true, 3, 25},
       // cut anywhere
       {entry.substr(0, 12), true, 3, 25},
@@ -134,10 +122,10 @@ TEST(Message, ReportsTheNumbersOfItsFirstEntry) {
     const TTT message(bagOf(row.bytes));
     int dictionary = 99;
     int code = 99;
-    EXPECT_EQ(row.result, message.getErrorCode(&dictionary, &code)) << hex(row.bytes);
-    EXPECT_EQ(row.dictionary, dictionary) << hex(row.bytes);
-    EXPECT_EQ(row.code, code) << hex(row.bytes);
-    EXPECT_EQ(row.result, message.getErrorCode(nullptr, nullptr)) << hex(row.bytes);
+    EXPECT_EQ(row.result, message.getErrorCode(&dictionary, &code)) << PrintToString(row.bytes);
+    EXPECT_EQ(row.dictionary, dictionary) << PrintToString(row.bytes);
+    EXPECT_EQ(row.code, code) << PrintToString(row.bytes);
+    EXPECT_EQ(row.result, message.getErrorCode(nullptr, nullptr)) << PrintToString(row.bytes);
     EXPECT_EQ(static_cast<int>(row.bytes.size()), message.getBag().getPosition());
   }
 }

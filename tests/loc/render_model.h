@@ -18,27 +18,13 @@ class RenderModel {
   /// The text, or nothing when the bytes end before something is complete; `out` then holds the
   /// text so far.
   std::optional<std::string> render() {
-    while (at < bytes.size()) {
-      const std::optional<std::int64_t> head = word();
-      if (!head) return {};
-      if (*head < -2 || *head > 99999) break;
-      if (*head == -1) {
-        if (!text()) return {};
-        continue;
+    try {
+      while (at < bytes.size() && entry()) {
       }
-      std::int64_t number = *head;
-      if (number == -2) {
-        const std::optional<std::int64_t> slot = word();
-        const std::optional<std::int64_t> named = slot ? word() : std::nullopt;
-        if (!named) return {};
-        if (*slot < 0 || *slot > 4) break;
-        number = *named;
-      }
-      if (!known(number)) return "Some .loc dictionary is not loaded";
-      const Outcome outcome = expand(texts[static_cast<std::size_t>(number)]);
-      if (outcome == Outcome::Short) return {};
-      if (outcome == Outcome::Unknown) return "Some .loc dictionary is not loaded";
-      if (outcome == Outcome::Stop) break;
+    } catch (const Unknown&) {
+      out = "Some .loc dictionary is not loaded";
+    } catch (const Short&) {
+      return {};
     }
     return out;
   }
@@ -46,61 +32,71 @@ class RenderModel {
   std::string out;
 
  private:
-  enum class Outcome { Done, Stop, Short, Unknown };
+  struct Short {};
+  struct Unknown {};
 
-  bool known(std::int64_t n) const { return n >= 0 && n < static_cast<std::int64_t>(texts.size()); }
+  // False where rendering stops.
+  bool entry() {
+    std::int64_t number = word();
+    if (number < -2 || number > 99999) return false;
+    if (number == -1) {
+      out += text();
+      return true;
+    }
+    if (number == -2) {
+      const std::int64_t slot = word();
+      number = word();
+      if (slot < 0 || slot > 4) return false;
+    }
+    return expand(textOf(number));
+  }
 
-  std::optional<std::int64_t> word() {
-    while (at % 4 != 0) ++at;
-    if (at + 4 > bytes.size()) return {};
+  const std::string& textOf(std::int64_t n) const {
+    if (n < 0 || n >= static_cast<std::int64_t>(texts.size())) throw Unknown();
+    return texts[static_cast<std::size_t>(n)];
+  }
+
+  std::int32_t word() {
+    at = (at + 3) / 4 * 4;
+    if (at + 4 > bytes.size()) throw Short();
     std::uint32_t value = 0;
-    for (int i = 3; i >= 0; --i) {
-      value = value * 256 + static_cast<unsigned char>(bytes[at + static_cast<std::size_t>(i)]);
+    for (std::size_t i = 4; i-- > 0;) {
+      value = value * 256 + static_cast<unsigned char>(bytes[at + i]);
     }
     at += 4;
     return static_cast<std::int32_t>(value);
   }
 
-  bool text() {
-    std::string read;
-    for (std::size_t i = at; i < bytes.size(); ++i) {
-      if (bytes[i] == 0) {
-        out += read;
-        at = i + 1;
-        return true;
-      }
-      read += bytes[i];
-    }
-    return false;
+  std::string_view text() {
+    const std::size_t begin = at;
+    const std::size_t end = bytes.find('\0', begin);
+    if (end == bytes.npos) throw Short();
+    at = end + 1;
+    return bytes.substr(begin, end - begin);
   }
 
-  Outcome expand(const std::string& t) {
+  bool expand(const std::string& t) {
     for (std::size_t i = 0; i < t.size(); ++i) {
-      if (t[i] != '%') {
+      const char kind = t[i] != '%' ? '\0' : ++i < t.size() ? t[i] : 'x';
+      if (kind == '\0' || kind == '%') {
         out += t[i];
-        continue;
-      }
-      const char kind = ++i < t.size() ? t[i] : '\0';
-      if (kind == '%') {
-        out += '%';
       } else if (kind == 's') {
-        if (!text()) return Outcome::Short;
-      } else if (kind == 'd' || kind == 'u' || kind == 'i') {
-        const std::optional<std::int64_t> value = word();
-        if (!value) return Outcome::Short;
-        if (kind == 'd') out += std::to_string(*value);
-        if (kind == 'u') out += std::to_string(static_cast<std::uint32_t>(*value));
-        if (kind == 'i' && !known(*value)) return Outcome::Unknown;
-        if (kind == 'i') out += texts[static_cast<std::size_t>(*value)];
+        out += text();
+      } else if (kind == 'd') {
+        out += std::to_string(word());
+      } else if (kind == 'u') {
+        out += std::to_string(static_cast<std::uint32_t>(word()));
+      } else if (kind == 'i') {
+        out += textOf(word());
       } else {
-        return Outcome::Stop;
+        return false;
       }
     }
-    return Outcome::Done;
+    return true;
   }
 
-  std::string bytes;
-  std::vector<std::string> texts;
+  const std::string_view bytes;
+  const std::vector<std::string>& texts;
   std::size_t at = 0;
 };
 

@@ -17,9 +17,9 @@ using cc::test::AllocSweep;
 using loc_test::bytesOf;
 using loc_test::Dictionary;
 using loc_test::EtcDir;
-using loc_test::hex;
 using loc_test::KeepSlots;
 using loc_test::LngFile;
+using testing::PrintToString;
 
 constexpr char notLoaded[] = "Some .loc dictionary is not loaded";
 
@@ -90,7 +90,7 @@ TEST(Rendering, ExpandsPlaceholders) {
   for (const auto& row : rows) {
     Dictionary dictionary(row.texts);
     const std::string_view bytes = bytesOf(row.message.getBag());
-    EXPECT_EQ(row.text, rendered(row.message, dictionary)) << hex(bytes);
+    EXPECT_EQ(row.text, rendered(row.message, dictionary)) << PrintToString(bytes);
     cc::test::sweepAllocations([&](AllocSweep& sweep) {
       std::string out;
       const bool done = sweep.attempt([&] { row.message.make(dictionary, out); });
@@ -101,7 +101,7 @@ TEST(Rendering, ExpandsPlaceholders) {
     for (std::size_t n = 0; n <= bytes.size(); ++n) {
       const TTT prefix(Bag(bytes.data(), static_cast<int>(n)));
       EXPECT_EQ(modelled(bytes.substr(0, n), row.texts), rendered(prefix, dictionary))
-          << n << " of " << hex(bytes);
+          << n << " of " << PrintToString(bytes);
     }
   }
 }
