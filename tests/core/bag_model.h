@@ -9,12 +9,6 @@
 
 namespace cc::test {
 
-/// The text of a literal with all its 0 bytes.
-template <std::size_t N>
-std::string bytes(const char (&literal)[N]) {
-  return {literal, N - 1};
-}
-
 inline std::string bytesOf(const Bag& bag) {
   return {bag.getBuffer(), static_cast<std::size_t>(bag.getSize())};
 }

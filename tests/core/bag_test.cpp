@@ -14,14 +14,8 @@
 #include "tests/support/alloc_sweep.h"
 #include "tests/support/stride.h"
 
-using cc::test::AllocCount;
-using cc::test::AllocSweep;
-using cc::test::BagModel;
-using cc::test::bytes;
-using cc::test::bytesOf;
-using cc::test::liveBlocks;
-using cc::test::resultOf;
-using cc::test::sweepAllocations;
+using namespace cc::test;
+using namespace std::string_literals;
 using Result = BagModel::Result;
 
 namespace {
@@ -61,9 +55,9 @@ auto stateOf(const Bag& b) { return std::tuple(bytesOf(b), b.getPosition(), b.ge
 
 TEST(Bag, AgreesWithTheModelOnRandomCalls) {
   std::mt19937 random(20240611);
-  cc::test::BagCalls calls(
+  BagCalls calls(
       [&](int low, int high) { return std::uniform_int_distribution<int>(low, high)(random); });
-  for (int i = 0; i < 300'000 / cc::test::stride; ++i) {
+  for (int i = 0; i < 300'000 / stride; ++i) {
     ASSERT_EQ("", calls.step()) << "call " << i;
   }
 }
@@ -71,7 +65,7 @@ TEST(Bag, AgreesWithTheModelOnRandomCalls) {
 // Each call on `text` in a buffer of that size; the cursor ends behind the data. Where an
 // allocation fails nothing has changed, and the bag serves on.
 TEST(Bag, WritesAllOrNothing) {
-  static const std::string text = bytes("0123456789abcde\0");
+  static const std::string text = "0123456789abcde\0"s;
   static const std::string ones(100, '\1');
   static const StringVector<char> strings = vectorOf({"a", nullptr, ones.c_str()});
   static const Bag other = exactBag("another text", 12);
@@ -85,30 +79,30 @@ TEST(Bag, WritesAllOrNothing) {
       {2, [](Bag& b) { b.putData(nullptr, 0); }, "01"},
       {2, [](Bag& b) { b.putStringNZ(nullptr); }, "01"},
       {2, [](Bag& b) { b.putStringNZ("abc"); }, "01abc"},
-      {2, [](Bag& b) { b.putString(nullptr); }, bytes("01\0")},
+      {2, [](Bag& b) { b.putString(nullptr); }, "01\0"s},
       {2, [](Bag& b) { b.putDataAligned(nullptr, 0, 8); }, "01234567"},
       {2, [](Bag& b) { b.putDataAligned("x", 1, 0); }, "01x"},
       // more than there is room for
       {16, [](Bag& b) { b.putData("XYZ", 3); }, text + "XYZ"},
-      {17, [](Bag& b) { b.putDataAligned("XYZ", 3, 4); }, text + bytes("\0\0\0\0XYZ")},
-      {20, [](Bag& b) { std::memset(b.putDataPtr(100), 1, 100); }, text + bytes("\0\0\0\0") + ones},
+      {17, [](Bag& b) { b.putDataAligned("XYZ", 3, 4); }, text + "\0\0\0\0XYZ"s},
+      {20, [](Bag& b) { std::memset(b.putDataPtr(100), 1, 100); }, text + "\0\0\0\0"s + ones},
       {16, [](Bag& b) { std::memset(b.insSpace(0, 100), 1, 100); }, ones + text},
       {16, [](Bag& b) { b.putFormatStringNZ("%05000d", 0); }, text + std::string(4095, '0')},
       {16, [](Bag& b) { b.expand(1000); }, text},
       {16, [](Bag& b) { b.setBufferSize(50); }, text},
       {16, [](Bag& b) { b = other; }, "another text"},
       // composite values
-      {16, [](Bag& b) { b << Bag("xyz", 3); }, text + bytes("\3\0\0\0xyz")},
-      {16, [](Bag& b) { b << strings; }, text + bytes("\3\0\0\0a\0\0") + ones + '\0'},
+      {16, [](Bag& b) { b << Bag("xyz", 3); }, text + "\3\0\0\0xyz"s},
+      {16, [](Bag& b) { b << strings; }, text + "\3\0\0\0a\0\0"s + ones + '\0'},
       {16, [](Bag& b) { b << ChPair(text.c_str() + 14, text.c_str() + 16) << ChPair(); },
-       text + bytes("e\0\0\0")},
+       text + "e\0\0\0"s},
       // bytes of the bag itself
       {16, [](Bag& b) { b.putData(at(b) + 4, 8); }, text + "456789ab"},
       {6, [](Bag& b) { b.putDataAligned(at(b) + 4, 8, 4); }, "01234567456789ab"},  // overlaps
       {16, [](Bag& b) { b.putString(at(b)); }, text + text},
       {16, [](Bag& b) { b.putFormatStringNZ("<%s>", at(b) + 9); }, text + "<9abcde>"},
-      {16, [](Bag& b) { b << ChPair(at(b) + 8, at(b) + 15); }, text + bytes("89abcde\0")},
-      {16, [](Bag& b) { b << b; }, text + bytes("\20\0\0\0") + text},
+      {16, [](Bag& b) { b << ChPair(at(b) + 8, at(b) + 15); }, text + "89abcde\0"s},
+      {16, [](Bag& b) { b << b; }, text + "\20\0\0\0"s + text},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(&row - rows);
@@ -249,7 +243,7 @@ TEST(BagBlocks, ReadBackNestedAndConfined) {
   Bag bag("12345", 5);
   bag.setPosition(5);
   const int outer = bag.markBeginOfBlock();
-  EXPECT_EQ(bytes("12345\0\0\0\0\0\0\0"), bytesOf(bag));
+  EXPECT_EQ("12345\0\0\0\0\0\0\0"s, bytesOf(bag));
   bag.putString("outer");
   putBlock(bag, "inner");
   bag.putString("rest");
@@ -281,9 +275,12 @@ TEST(BagBlocks, RefuseALengthThatDoesNotFit) {
   const struct {
     std::string data;
     int after;
-  } rows[] = {{bytes("\0\0\0"), 0},        {bytes("\1\0\0\0"), 4},
-              {bytes("\5\0\0\0abcd"), 4},  {"\377\377\377\377abcd", 4},
-              {"\377\377\377\177abcd", 4}, {bytes("\0\0\0\200abcd"), 4}};
+  } rows[] = {{"\0\0\0"s, 0},
+              {"\1\0\0\0"s, 4},
+              {"\5\0\0\0abcd"s, 4},
+              {"\377\377\377\377abcd", 4},
+              {"\377\377\377\177abcd", 4},
+              {"\0\0\0\200abcd"s, 4}};
   for (const auto& row : rows) {
     SCOPED_TRACE(testing::PrintToString(row.data));
     Bag bag = exactBag(row.data);
@@ -353,7 +350,7 @@ TEST(BagValues, TheCountWordAsksForNoMoreThanTheDataHolds) {
     EXPECT_EQ(112, read.getCapacity());
     EXPECT_LT(count.bytes(), 4000u);
   }
-  Bag negative = exactBag(bytes("\377\377\377\377a\0"));
+  Bag negative = exactBag("\377\377\377\377a\0"s);
   StringVector<char> none;
   negative >> none;
   EXPECT_EQ(0, none.getCount());

@@ -12,11 +12,7 @@
 #include "tests/support/guarded_buffer.h"
 #include "tests/support/plain_numbers.h"
 
-using cc::test::AllocCount;
-using cc::test::AllocSweep;
-using cc::test::GuardedBuffer;
-using cc::test::liveBlocks;
-using cc::test::sweepAllocations;
+using namespace cc::test;
 
 namespace {
 
@@ -230,7 +226,7 @@ TEST(ChArr, ReadsNothingOutsideOfARange) {
 TEST(ChArr, IsEmptyWhereTextCannotBeFormatted) {
   const wchar_t wide[] = {'a', 0x0430, 0};  // which the plain locale cannot write
   ChArr s("old");
-  const int direct = cc::test::inPlainLocale([&] {
+  const int direct = inPlainLocale([&] {
     s.format("ab%ls", wide);
     return std::snprintf(nullptr, 0, "ab%ls", wide);
   });

@@ -12,11 +12,7 @@
 #include "tests/core/bag_model.h"
 #include "tests/support/alloc_sweep.h"
 
-using cc::test::AllocCount;
-using cc::test::AllocSweep;
-using cc::test::BagModel;
-using cc::test::liveBlocks;
-using cc::test::sweepAllocations;
+using namespace cc::test;
 
 namespace {
 

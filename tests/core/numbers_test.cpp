@@ -21,9 +21,7 @@
 
 namespace {
 
-using cc::test::GuardedBuffer;
-using cc::test::inPlainLocale;
-using cc::test::parts;
+using namespace cc::test;
 using reference::inRange;
 using reference::wholeDigits;
 using std::string_view;

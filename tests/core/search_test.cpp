@@ -18,11 +18,8 @@
 
 namespace {
 
-using cc::test::GuardedBuffer;
-using cc::test::Random;
-using cc::test::withEachForm;
+using namespace cc::test;
 using reference::at;
-using reference::repeated;
 using reference::sizeOf;
 using std::string_view;
 
@@ -45,7 +42,7 @@ void searchRandomTexts(int rounds) {
   const GuardedBuffer textMemory(1024);
   const GuardedBuffer patternMemory(1024);
   Random random(11);
-  for (int round = 0; round < rounds / cc::test::stride; ++round) {
+  for (int round = 0; round < rounds / stride; ++round) {
     const string_view letters = round % 3 == 0   ? "ab"
                                 : round % 3 == 1 ? "abAB[{"
                                                  : "aAbBcCxyzXYZ\xE9\xC9";
@@ -91,9 +88,9 @@ TEST(SearchLoops, BadTextsTakeLinearTime) {
       {std::string(n, 'a'), std::string(n / 2, 'a') + "b"},
       {std::string(n, 'a'), "b" + std::string(n / 2, 'a')},
       {std::string(n, 'a'), std::string(n / 4, 'a') + "b" + std::string(n / 4, 'a')},
-      {repeated("ab", n), repeated("ab", n / 2) + "b"},
-      {repeated("aab", n), "bb" + repeated("aab", n / 2)},
-      {repeated(std::string(1000, 'a') + "b", n), std::string(1001, 'a')},
+      {reference::repeated("ab", n), reference::repeated("ab", n / 2) + "b"},
+      {reference::repeated("aab", n), "bb" + reference::repeated("aab", n / 2)},
+      {reference::repeated(std::string(1000, 'a') + "b", n), std::string(1001, 'a')},
   };
   withEachForm([&rows](const cc::kernels::Loops&) {
     for (const auto& row : rows) {

@@ -13,9 +13,8 @@
 
 namespace {
 
-using cc::test::AllocSweep;
-using loc_test::LngFile;
-using loc_test::MemoryFile;
+using namespace cc::test;
+using namespace loc_test;
 
 constexpr char oldTexts[] = "old 0|old 1";
 const LngFile good({"ab", "cd"});
@@ -37,7 +36,7 @@ int expectLoad(const std::string& bytes, IDLocLoader::Localization info = record
       model.texts.size() == 2 ? model.texts[0] + "|" + model.texts[1] : oldTexts;
   MemoryFile old(LngFile({"old 0", "old 1"}, 5).bytes());
   MemoryFile file(bytes);
-  cc::test::sweepAllocations([&](AllocSweep& sweep) {
+  sweepAllocations([&](AllocSweep& sweep) {
     IDLocLoader numbered;
     CCLocLoader named;
     const char* variables[2] = {};
@@ -124,17 +123,15 @@ TEST(Loaders, LeaveNoTextsBehindThemForThoseThatStillLook) {
   expectNothingLeft<CCLocLoader>(CCLocLoader::Localization{2, 8, 77, targets});
 }
 
+// Whether so much memory can be had decides between 6 and 7.
 TEST(Loaders, DoNotBelieveHugeSizes) {
-  // Whether so much memory can be had decides between 6 and 7.
-  for (const auto& [word, size] :
-       {std::pair(LngFile::PoolSize, INT_MAX), std::pair(LngFile::PoolSize, 1 << 30),
-        std::pair(LngFile::Count, INT_MAX)}) {
+  for (const auto& [count, poolSize] : {std::pair(2, INT_MAX), {2, 1 << 30}, {INT_MAX, 6}}) {
     LngFile file = good;
-    file.words[word] = static_cast<std::uint32_t>(size);
-    MemoryFile stream(file.bytes());
+    file.words[LngFile::Count] = static_cast<std::uint32_t>(count);
+    file.words[LngFile::PoolSize] = static_cast<std::uint32_t>(poolSize);
     IDLocLoader loader;
-    IDLocLoader::Localization info = {static_cast<int>(file.words[LngFile::Count]), 8, 77};
-    const int code = loader.load(stream.get(), info);
+    IDLocLoader::Localization info = {count, 8, 77};
+    const int code = loader.load(MemoryFile(file.bytes()).get(), info);
     EXPECT_TRUE(code == 6 || code == 7) << code;
     EXPECT_EQ(nullptr, loader.getString(0));
   }

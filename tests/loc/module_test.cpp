@@ -10,12 +10,8 @@
 
 namespace {
 
-using cc::test::AllocSweep;
-using cc::test::sweepAllocations;
-using loc_test::EtcDir;
-using loc_test::KeepSlots;
-using loc_test::LngFile;
-using loc_test::TestModule;
+using namespace cc::test;
+using namespace loc_test;
 
 std::string failure(const std::string& reason, const std::string& path) {
   return "Localization loading failed" + reason + "\n(file: " + path + ")";

@@ -13,12 +13,9 @@
 
 namespace {
 
+using namespace loc_test;
 using cc::test::AllocSweep;
-using loc_test::bytesOf;
-using loc_test::Dictionary;
-using loc_test::EtcDir;
-using loc_test::KeepSlots;
-using loc_test::LngFile;
+using cc::test::sweepAllocations;
 using testing::PrintToString;
 
 constexpr char notLoaded[] = "Some .loc dictionary is not loaded";
@@ -44,7 +41,7 @@ std::string rendered(const TTT& message, IDLocLoader& dictionary) {
 
 // What the plain walk makes of the bytes, as `rendered` gives it.
 std::string modelled(std::string_view bytes, const std::vector<std::string>& texts) {
-  loc_test::RenderModel model(bytes, texts);
+  RenderModel model(bytes, texts);
   const std::optional<std::string> text = model.render();
   return text ? *text : model.out + "!";
 }
@@ -91,7 +88,7 @@ TEST(Rendering, ExpandsPlaceholders) {
     Dictionary dictionary(row.texts);
     const std::string_view bytes = bytesOf(row.message.getBag());
     EXPECT_EQ(row.text, rendered(row.message, dictionary)) << PrintToString(bytes);
-    cc::test::sweepAllocations([&](AllocSweep& sweep) {
+    sweepAllocations([&](AllocSweep& sweep) {
       std::string out;
       const bool done = sweep.attempt([&] { row.message.make(dictionary, out); });
       if (done || row.text != notLoaded) {
@@ -196,7 +193,7 @@ TEST_F(OnTheSpot, NeedsTheLibrarysOwnTable) {
 
 TEST_F(OnTheSpot, CanBeTriedAgainAfterMemoryRanOut) {
   render();
-  cc::test::sweepAllocations([&](AllocSweep& sweep) {
+  sweepAllocations([&](AllocSweep& sweep) {
     TTT::dictionaries[3] = nullptr;
     std::string out;
     const bool returned = sweep.attempt([&] { message.makeMulti(out); });
