@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cctype>
 #include <functional>
 #include <initializer_list>
@@ -147,36 +146,6 @@ TEST(Kernels, MatchWithoutCase) {
           ASSERT_EQ(order, form.compareNoCase(p, na, q, nb)) << na << ' ' << nb;
         }
       }
-    }
-  });
-}
-
-// The filter against the definition: texts of few different bytes, ranges that end where the last
-// readable byte is the last one that the filter may look at.
-TEST(Kernels, PatternFilters) {
-  withEachForm([](const Loops& form) {
-    const GuardedBuffer memory(2 * longest);
-    Random random(5);
-    for (int round = 0; round < 20000 / stride; ++round) {
-      const PatternFilter filter = {{random() % 9, random() % 9}, {{'a', 'A'}, {'b', 'B'}}};
-      const std::size_t margin = std::max(filter.offset[0], filter.offset[1]);
-      const std::size_t n = random() % longest;
-      const std::string_view letters =
-          round % 3 == 0 ? "aAbB" : "aAbBxxxxxxxxxxxxxxxxxxxxxxxxxxxxx";
-      std::string text;
-      for (std::size_t i = 0; i < n + margin; ++i) text += letters[random() % letters.size()];
-      const char* s = memory.atEnd(text);
-      std::size_t exact = 0;
-      std::size_t noCase = 0;
-      const auto is = [&](std::size_t i, char a, char b) {
-        const char c0 = text[i + filter.offset[0]];
-        const char c1 = text[i + filter.offset[1]];
-        return (c0 == 'a' || c0 == a) && (c1 == 'b' || c1 == b);
-      };
-      while (exact < n && !is(exact, 'a', 'b')) ++exact;
-      while (noCase < n && !is(noCase, 'A', 'B')) ++noCase;
-      ASSERT_EQ(exact, at(s, form.findPattern(s, s + n, filter)));
-      ASSERT_EQ(noCase, at(s, form.findPatternNoCase(s, s + n, filter)));
     }
   });
 }

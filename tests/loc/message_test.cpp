@@ -1,8 +1,6 @@
 // The bytes of messages: exact layouts, aliasing, failures and the cost of appending.
 #include <gtest/gtest.h>
 
-#include <climits>
-#include <new>
 
 #include "chpair.h"
 #include "loc_support.h"
