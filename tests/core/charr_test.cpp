@@ -71,11 +71,12 @@ using P = const char*;
 using S16 = ChArr16&;
 using P16 = const unsigned short*;
 
-// Each on the string "0123456789"; `own` is its text.
+// `own` is the text that the string starts with.
 TEST(ChArr, ReplacesItsText) {
   const struct {
     void (*call)(ChArr& s, const char* own);
     std::string result;
+    const char* start = "0123456789";
   } rows[] = {
       {[](S s, P) { s = kNull; }, "(null)"},
       {[](S s, P own) { s = own; }, "0123456789"},
@@ -111,29 +112,20 @@ TEST(ChArr, ReplacesItsText) {
       {[](S s, P) { s.assign1251("\xC0\xE1", 2); }, "\xD0\x90\xD0\xB1"},
       {[](S s, P own) { s.assign1251(own + 3, 3); }, "345"},
       {[](S s, P) { s.assign1251(nullptr, 0); }, ""},
+      {[](S s, P) { s += "ab"; }, "ab", kNull},
+      {[](S s, P) { s += ""; }, "", kNull},
+      {[](S s, P) { s += nullptr; }, "(null)", kNull},
+      {[](S s, P) { s.insert("ab"); }, "ab", kNull},
+      {[](S s, P) { s.insert(""); }, "(null)", kNull},
+      {[](S s, P) { s.stealFrom(s); }, "(null)", kNull},
       // counts that no text has
       {[](S s, P) { s.assign("x", -1); }, "never"},
       {[](S s, P) { s.assign(kUnits, -1); }, "never"},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(&row - rows);
-    expectReplaced(ChArr("0123456789"), row.call, row.result);
+    expectReplaced(ChArr(row.start), row.call, row.result);
   }
-}
-
-TEST(ChArr, GrowsFromNothing) {
-  expectReplaced(
-      ChArr(), [](S s, P) { s += "ab"; }, "ab");
-  expectReplaced(
-      ChArr(), [](S s, P) { s += ""; }, "");
-  expectReplaced(
-      ChArr(), [](S s, P) { s += nullptr; }, "(null)");
-  expectReplaced(
-      ChArr(), [](S s, P) { s.insert("ab"); }, "ab");
-  expectReplaced(
-      ChArr(), [](S s, P) { s.insert(""); }, "(null)");
-  expectReplaced(
-      ChArr(), [](S s, P) { s.stealFrom(s); }, "(null)");
 }
 
 // Each on the string of `kUnits`; `own` is its text.
