@@ -1,7 +1,6 @@
 // The bytes of messages: exact layouts, aliasing, failures and the cost of appending.
 #include <gtest/gtest.h>
 
-
 #include "chpair.h"
 #include "loc_support.h"
 #include "tests/support/alloc_sweep.h"
