@@ -40,11 +40,14 @@ inline std::string repeated(std::string_view part, std::size_t n) {
 
 inline int sign(int order) { return (order > 0) - (order < 0); }
 
+inline bool sameNoCase(char a, char b) {
+  return chr_upper_table_ascii[static_cast<unsigned char>(a)] ==
+         chr_upper_table_ascii[static_cast<unsigned char>(b)];
+}
+
 inline int compareNoCase(std::string_view a, std::string_view b) {
   for (std::size_t i = 0; i < a.size() && i < b.size(); ++i) {
-    const int left = chr_upper_table_ascii[byteAt(a, i)];
-    const int right = chr_upper_table_ascii[byteAt(b, i)];
-    if (left != right) return byteAt(a, i) > byteAt(b, i) ? 1 : -1;
+    if (!sameNoCase(a[i], b[i])) return byteAt(a, i) > byteAt(b, i) ? 1 : -1;
   }
   return a.size() == b.size() ? 0 : a.size() > b.size() ? 1 : -1;
 }
