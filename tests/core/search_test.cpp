@@ -33,7 +33,7 @@ std::string lettersOf(Random& random, std::size_t n, string_view letters) {
 std::string patternFor(Random& random, const std::string& text, string_view letters) {
   if (text.empty() || random() % 4 == 0) return lettersOf(random, 1 + random() % 12, letters);
   const std::size_t start = random() % text.size();
-  std::string pattern = text.substr(start, 1 + random() % 40);
+  std::string pattern = text.substr(start, 1 + random() % 100);
   if (random() % 2 == 0) pattern[random() % pattern.size()] = letters[random() % letters.size()];
   return pattern;
 }

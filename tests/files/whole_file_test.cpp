@@ -26,7 +26,8 @@ using namespace std::string_literals;
 
 TEST(Load, FillsEveryTarget) {
   const TempFolder folder;
-  const std::string contents[] = {"", "a\0b\r\n"s, std::string(200000, 'y')};
+  const std::string contents[] = {"", "a\0b\r\n"s, std::string(200000, 'y'),
+                                  std::string(5 << 20, 'z')};
   for (const std::string& content : contents) {
     const std::string path = putFile(folder / "a", content);
     const auto size = static_cast<unsigned int>(content.size());
