@@ -87,8 +87,9 @@ void MLDocOut::escapeString(const ChPair& source, ChArr& out) {
   if (length >= PTRDIFF_MAX) throw std::bad_alloc();
   const std::size_t size = static_cast<std::size_t>(source.end - source.begin);
   char* const escaped = new char[static_cast<std::size_t>(length) + 1];
-  *(length == size ? cc::kernels::copyShort(source.begin, size, escaped)
-                   : cc::escapeText(source.begin, source.end, escaped)) = 0;
+  char* const end = length == size ? cc::kernels::copyShort(source.begin, size, escaped)
+                                   : cc::escapeText(source.begin, source.end, escaped);
+  *end = 0;
   out.adopt(escaped);
 }
 

@@ -247,6 +247,8 @@ TEST(EscapeString, EscapesIntoAnyString) {
   EXPECT_STREQ("a&quot;b&apos;c&amp;d&lt;e&gt;f", out.get());
   MLDocOut::escapeString(out, out);
   EXPECT_STREQ("a&amp;quot;b&amp;apos;c&amp;amp;d&amp;lt;e&amp;gt;f", out.get());
+  MLDocOut::escapeString("nothing in it is escaped", out);
+  EXPECT_STREQ("nothing in it is escaped", out.get());
   MLDocOut::escapeString(ChPair(), out);
   EXPECT_EQ(nullptr, out.get());
   MLDocOut::escapeString("", out);
