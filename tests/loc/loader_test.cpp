@@ -103,24 +103,24 @@ TEST(Loaders, ReadFromTheFilePositionAndNoFurther) {
   EXPECT_STREQ("behind", rest);
 }
 
-template <class Loader, class Info>
+template <class Loader, auto... members, class Info>
 void expectNothingLeft(Info info) {
-  alignas(Loader) unsigned char fields[sizeof(Loader)];
-  auto* const loader = new (fields) Loader;
+  alignas(Loader) unsigned char bytes[sizeof(Loader)];
+  auto* const loader = new (bytes) Loader;
   MemoryFile file(good.bytes());
   EXPECT_EQ(0, loader->load(file.get(), info));
-  EXPECT_NE(nullptr, loader->pool);
+  EXPECT_TRUE(((loader->*members != nullptr) && ...));
   loader->~Loader();
-  for (const unsigned char& byte : fields) {
-    EXPECT_EQ(0, static_cast<const volatile unsigned char&>(byte));
-  }
+  const volatile Loader* const gone = loader;
+  EXPECT_TRUE(((gone->*members == nullptr) && ...));
 }
 
 TEST(Loaders, LeaveNoTextsBehindThemForThoseThatStillLook) {
   const char* variables[2] = {};
   const char** targets[] = {&variables[0], &variables[1]};
-  expectNothingLeft<IDLocLoader>(record);
-  expectNothingLeft<CCLocLoader>(CCLocLoader::Localization{2, 8, 77, targets});
+  expectNothingLeft<IDLocLoader, &IDLocLoader::pool, &IDLocLoader::strings>(record);
+  const CCLocLoader::Localization named = {2, 8, 77, targets};
+  expectNothingLeft<CCLocLoader, &CCLocLoader::pool>(named);
 }
 
 // Whether so much memory can be had decides between 6 and 7.
